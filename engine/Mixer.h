@@ -1,0 +1,108 @@
+// The mixer: channels and reserve, buffers, effect slots and master, and the link to the sound device.
+//
+// What happens to a channel's sound between the mix loop and the device, per segment and in this order: mix, peak
+// test, channel filters, synths, buses, send slots, groups, synths out, buses out; and per block: master slots,
+// amplification, clip. Audio thread, or the thread of a mixdown with the device stopped.
+//
+// Channel, bus, group and output buffers are at the 16-bit scale, effect slots at 1.0, synths at 0.5.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+#include "audio/DrvSound.h"
+#include "engine/Channel.h"
+#include "engine/CpuScan.h"
+#include "engine/MixLoop.h"
+#include "midi/DrvMIDIIN.h"
+#include "midi/DrvMIDIOUT.h"
+#include "song/Song.h"
+
+namespace vonta {
+
+constexpr int kMaxBlockFrames = 2048;             // what the buffers hold
+constexpr int kRenderFrames = 1024;               // what the block cycle asks for at most
+constexpr int kMidiPorts = 256;
+constexpr int kFlushedMidiOuts = 16;
+constexpr float kClipBound = 32764.0f;
+constexpr float kSlotScale = 32768.0f;            // effect slots work at 1.0
+constexpr float kSynthScale = 65536.0f;           // synths work at 0.5
+constexpr float kLivePeak = 1.0f;                 // at or below, a side is silent for the filters
+
+using StereoBuffer = std::array<float, kBlockFloats>;
+
+struct Mixer {
+    // The device and the block cycle.
+    std::uint32_t sampleRate = 44100;             // Hz
+    std::unique_ptr<DrvSound> device;
+    std::uint32_t playPosition = 0, writePosition = 0, blockBytes = 0;
+    std::uint8_t restartBlock = 0;                // the next block is the first after a start
+    std::uint8_t timerFlag = 1;                   // the device runs the callback from a timer
+    float samplesPerTick = 882.0f;                // frames
+    float tickPosition = 0.0f;                    // frames since the last tick
+    std::uint32_t syncSamples = 0;
+
+    // Sound.
+    std::uint32_t interpolation = static_cast<std::uint32_t>(Interpolation::Linear);
+    float masterAmp = 1.0f;
+    std::uint8_t clearIdle = 0;                   // zero what slots and buses leave unwritten (mixdown by parts)
+    std::array<std::unique_ptr<Channel>, kTracks> channels;   // one per track
+    std::array<std::unique_ptr<Channel>, kTracks> reserve;    // notes that fade or go on
+    std::uint32_t reserveIndex = 0;               // next to be taken by a note that goes on
+    FxSlotTable effects;
+    std::array<std::unique_ptr<DrvMIDIOUT>, kMidiPorts> midiOut;
+    std::array<std::unique_ptr<DrvMIDIIN>, kMidiPorts> midiIn;
+    std::unique_ptr<CpuScan> cpuScan = std::make_unique<CpuScan>();
+
+    // Buffers, interleaved stereo.
+    std::array<StereoBuffer, kTracks> channelBuffer{};
+    std::array<StereoBuffer, kTracks> reserveBuffer{};
+    std::array<StereoBuffer, kEffectSlots> fxBuffer{};
+    std::array<StereoBuffer, kBuses> busBuffer{};
+    std::array<StereoBuffer, kOutputPairs> outputBuffer{};    // before the master stage
+    std::array<StereoBuffer, kOutputPairs> finalBuffer{};     // what the device gets
+    std::array<float*, kOutputPairs> outputs{};               // finalBuffer, as WriteBlock takes it
+
+    // Which buffers hold something: of this block, and of the segment last mixed (shown by the meters).
+    std::array<std::uint8_t, kOutputPairs> outputUsed{};
+    std::array<std::uint8_t, kMaxInstruments> groupUsed{};
+    std::uint8_t busUsed = 0;                     // bit per bus
+    std::uint16_t fxUsed = 0;                     // bit per slot
+    std::array<std::uint8_t, kOutputPairs> finalZeroed{};
+
+    Mixer();
+    Mixer(const Mixer&) = delete;
+    Mixer& operator=(const Mixer&) = delete;
+
+    void BeginBlock();                            // forgets what the last block used
+    // All stages of one segment, `frames` at frame `offset` of the block; offset + frames is at most
+    // kMaxBlockFrames.
+    void MixSegment(Song& song, int offset, int frames);
+    // Master slots, MIDI time, amplification and clip of the whole block, into finalBuffer.
+    void FinishBlock(int frames, std::uint32_t now);
+
+    // Installs an effect, which Init starts at the mixer's rate; if that fails it is destroyed and the slot stays.
+    // The former one hands on its `on`. Null empties the slot. With the mixer off.
+    void SetEffect(int slot, std::unique_ptr<EffectSlot> effect);
+    void EffectOn(int slot, std::uint8_t on);
+    // The MIDI face behind a channel's output number: a port below 128, a synth of the song from there; may be null.
+    DrvMIDIOUT* MidiOutput(const Song& song, int output);
+
+private:
+    void MixVoices(int offset, int frames);
+    void RunFilters(int offset, int frames);
+    void RunSynths(Song& song, int offset, int frames);
+    void MixBuses(Song& song, int offset, int frames);
+    void RunSendSlots(Song& song, int offset, int frames);
+    bool GatherSlot(Song& song, int slot, int offset, int frames);
+    void RouteSlot(Song& song, int slot, int offset, int frames);
+    void MixGroups(Song& song, int offset, int frames);
+    void MixSynthsOut(Song& song, int offset, int frames);
+    void MixBusesOut(Song& song, int offset, int frames);
+    float* Output(int pair, int offset);          // clears the pair when it is first used in a block
+
+    struct Live { bool left = false, right = false; };
+};
+
+}  // namespace vonta

@@ -1,0 +1,16 @@
+// Catches hardware faults (bad memory access, bus error, illegal instruction, integer division by zero, stack
+// overflow) of a piece of work and hands control back to its caller, so that the song can be saved.
+#pragma once
+
+namespace vonta {
+
+// Runs `work(argument)` under the guard. True if it ended by itself, false if a fault cut it short; nothing that
+// `work` held is released then. Guards nest per thread. Costs no system call. A fault outside any guard goes on
+// to the handler that was there before.
+bool RunGuarded(void (*work)(void*), void* argument);
+
+// Installs the process-wide handlers and, on the calling thread, a stack to handle a stack overflow on. Called by
+// RunGuarded itself on a thread's first use.
+void InstallFaultHandlers();
+
+}  // namespace vonta
