@@ -6,10 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vonta {
@@ -52,12 +52,28 @@ public:
     std::string Error() const override { return error_; }
 
 private:
-    bool Fail(const char* doing);
+    bool OpenForReading();
+    bool OpenForWriting();
+    bool OpenPart();                                 // a new file in the directory of targetPath_
+    bool Commit();                                   // flushes to the disk and puts the part in place
+    bool Flush();                                    // the window, if it was written to
+    bool WriteAt(const std::uint8_t* bytes, std::size_t size, std::int64_t offset);
+    std::size_t ReadAt(std::uint8_t* bytes, std::size_t size, std::int64_t offset);
+    bool Fail(const char* doing);                    // notes errno; always false
+    void Release();
 
-    std::FILE* file_ = nullptr;
-    std::string path_, partPath_, error_;            // partPath_: what is written, beside path_
+    int file_ = -1;
+    std::string path_, error_;
+    std::string targetPath_;                         // path_ with symbolic links followed
+    std::string partPath_;                           // what is written, beside the target; empty for a device
     std::int64_t position_ = 0, size_ = 0;
     bool writing_ = false, failed_ = false;
+    // The part of the file that is held in memory, so that small reads, small writes and steps back to a length
+    // field just written cost no system call.
+    std::vector<std::uint8_t> window_;
+    std::int64_t windowStart_ = 0;
+    std::size_t windowSize_ = 0;                     // valid bytes
+    bool dirty_ = false;
 };
 
 // Reads what it is given, or collects what is written.
