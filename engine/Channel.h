@@ -2,7 +2,6 @@
 //
 // A new note never shares a Channel with the old one: the mixer moves the old object to its reserve and puts a clean
 // one in its place, so nobody keeps a reference to a Channel across a tick. Audio thread only, but for `muted` and
-// `instrumentMuted`, which the interface stores.
 #pragma once
 
 #include <array>
@@ -38,7 +37,6 @@ struct Channel {
     std::int32_t numVoices = 1;
     std::uint32_t sendMask = 0;                   // bit i: feeds effect slot i
     std::uint8_t busMask = 0;                     // bit b: feeds bus b
-    std::uint8_t muted = 0;                       // mute of the track, by the interface
     std::uint8_t instrumentMuted = 0;             // runs, but is left out of every sum
     float volume = 128.0f;                        // of the last refresh, 0 to 128
     MidiNoteState midi;
@@ -75,7 +73,7 @@ struct Channel {
     // Takes part in the stages after the mix.
     bool Sounding() const { return active || tailFlag; }
 
-    void Reset();                                 // all but the mute of the track and the MIDI note
+    void Reset();                                 // all but the MIDI note
     void Stop();                                  // ends the note with a fade
     void Kill();                                  // envelopes off, then Stop
     void SwitchOffEnvelopes();
