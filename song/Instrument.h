@@ -119,8 +119,8 @@ struct Instrument {
 
     void SetName(std::string_view text);                          // cut to 255 characters
     Sample* GetSample(int index) const;                           // null outside 0 to 255 or if empty
-    Envelopes& GetEnvelopes(EnvelopeKind kind);
-    const Envelopes& GetEnvelopes(EnvelopeKind kind) const;
+    Envelopes& GetEnvelopes(EnvelopeKind which);
+    const Envelopes& GetEnvelopes(EnvelopeKind which) const;
 
     // Takes it at numSamples and counts up; returns the index, or -1 (and drops it) when all places are taken.
     int AddSample(std::unique_ptr<Sample> sample);
@@ -138,7 +138,7 @@ struct Instrument {
     void MapAllKeys();                                            // every key and velocity: sample 0
 
     // Round robin: the next enabled alternative, or the next one if none is enabled.
-    int NextEnvelope(EnvelopeKind kind);
+    int NextEnvelope(EnvelopeKind which);
 
     // Installs a plug-in that has been loaded, or null for a failed load. 0 and kind 1, or 1 and kind 0.
     int SetSynth(std::unique_ptr<SynthPlugin> plugin);

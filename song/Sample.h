@@ -26,7 +26,7 @@ struct SampleData {
     static constexpr std::uint32_t kHeadFloats = 2;
     static constexpr std::uint32_t kTailFloats = 6;
 
-    std::unique_ptr<float[]> block;              // kHeadFloats + count + kTailFloats; none when empty
+    std::unique_ptr<float[]> block;              // kHeadFloats + count + kTailFloats; none in new data
     std::uint32_t count = 0;                     // floats, all channels together
     std::uint32_t refCount = 0;                  // how many clones point here
     std::uint8_t stereo = 0;                     // channels minus one
@@ -36,9 +36,15 @@ struct SampleData {
     std::weak_ptr<SampleData> cloneOf;           // what a clone plays; it does not keep it alive
     std::uint32_t cloneId = 0;                   // instrument in bits 8 to 15, sample in bits 0 to 7
 
-    // The data that is played: this, or what a clone points at in the end; itself if that is gone. Valid while the
-    // player is paused or on its thread.
+    SampleData() = default;
+    SampleData(const SampleData&) = delete;
+    SampleData& operator=(const SampleData&) = delete;
+    ~SampleData();                               // a clone that goes is no longer counted by its target
+
+    // The data that is played: this, or what a clone points at in the end; a clone whose target is gone is empty.
+    // Valid while the player is paused or on its thread.
     const SampleData& Source() const;
+    void Unlink();
     float* Wave() { return block ? block.get() + kHeadFloats : nullptr; }
     const float* Wave() const { return block ? block.get() + kHeadFloats : nullptr; }
 };
@@ -66,8 +72,8 @@ struct Sample {
     int Channels() const { return data->Source().stereo ? 2 : 1; }
 
     void SetName(std::string_view text);                             // cut to 255 characters
-    // Replaces the wave by a zeroed one and returns it to be filled; unlinks first. 1 channel is mono, anything else
-    // stereo. The caller has checked `count` against what it read.
+    // Replaces the wave by a zeroed one and returns it to be filled; a clone becomes a plain sample. 1 channel is mono,
+    // anything else stereo. The caller has checked `count` against what it read.
     std::span<float> Allocate(std::uint32_t count, int channels);
     void SetData(std::span<const float> values, int channels);       // copies
 
@@ -84,8 +90,9 @@ struct Sample {
     SampleClip Copy() const;                                         // changes nothing
     void Paste(const SampleClip& clip);                              // only with the same channel count
     void Delete();
-    void Crop();
-    void ToggleSign();                                               // signed read as unsigned, and back
+    void Crop();                                                     // nothing if the selection is empty
+
+    void ToggleSign();                                               // the whole wave: signed read as unsigned, and back
 
     bool IsEightBit() const;                                         // every value survives as 8 bits
     bool IsSixteenBit() const;

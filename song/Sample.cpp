@@ -1,0 +1,216 @@
+#include "song/Sample.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "platform/Debug.h"
+
+namespace vonta {
+namespace {
+
+constexpr std::size_t kMaxNameLength = 255;
+constexpr int kMaxCloneSteps = 256;         // a ring of clones ends here, at one that has no wave
+constexpr float kHalfRange = 32768.0f;      // full scale of a signed 16-bit sample
+
+std::unique_ptr<float[]> MakeBlock(std::size_t count) {
+    return std::make_unique<float[]>(SampleData::kHeadFloats + count + SampleData::kTailFloats);
+}
+
+void Install(Sample& sample, std::unique_ptr<float[]> block, std::uint32_t count, int channels) {
+    sample.Unlink();
+    sample.data->isClone = 0;
+    sample.data->block = std::move(block);
+    sample.data->count = count;
+    sample.data->stereo = channels == 1 ? 0 : 1;
+}
+
+std::span<const float> Values(const Sample& sample) {
+    const SampleData& source = sample.data->Source();
+    return {source.Wave(), source.count};
+}
+
+bool IsSixteenBitValue(float value) {
+    return value >= -kHalfRange && value < kHalfRange && value == std::trunc(value);
+}
+
+bool IsEightBitValue(float value) {
+    return IsSixteenBitValue(value) && (static_cast<int>(value) & 0xFF) == 0;
+}
+
+// Unsigned and signed readings of one bit pattern lie half a range apart, wrapped.
+float OtherSign(float value) {
+    const float shifted = value + kHalfRange;
+    return shifted >= kHalfRange ? shifted - 2 * kHalfRange : shifted;
+}
+
+// The parts of a wave before, in and after the selection, which an editor may have left outside the wave.
+struct Selection {
+    std::span<const float> before, inside, after;
+};
+
+Selection Split(const Sample& sample) {
+    const auto values = Values(sample);
+    const auto count = static_cast<std::int64_t>(values.size());
+    const auto start = std::clamp<std::int64_t>(sample.selStart, 0, count);
+    const auto end = std::clamp<std::int64_t>(sample.selEnd, start, count);
+    return {values.first(static_cast<std::size_t>(start)),
+            values.subspan(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)),
+            values.subspan(static_cast<std::size_t>(end))};
+}
+
+std::vector<float> Joined(std::initializer_list<std::span<const float>> parts) {
+    std::vector<float> values;
+    for (const auto part : parts) values.insert(values.end(), part.begin(), part.end());
+    return values;
+}
+
+}  // namespace
+
+SampleData::~SampleData() { Unlink(); }
+
+const SampleData& SampleData::Source() const {
+    const SampleData* data = this;
+    for (int step = 0; data->isClone && step < kMaxCloneSteps; ++step) {
+        const auto target = data->cloneOf.lock();
+        if (!target) break;
+        data = target.get();
+    }
+    return *data;
+}
+
+void SampleData::Unlink() {
+    if (const auto target = cloneOf.lock()) {
+        if (!target->isClone) {
+            if (target->refCount > 0) --target->refCount;
+        } else if (!target->cloneOf.expired()) {
+            DebugOutput("warning: trying to unlink from a clone sample\n");
+        }
+    }
+    cloneOf.reset();
+}
+
+void Sample::SetName(std::string_view text) { name = text.substr(0, kMaxNameLength); }
+
+std::span<float> Sample::Allocate(std::uint32_t count, int channels) {
+    Install(*this, MakeBlock(count), count, channels);
+    return {data->Wave(), count};
+}
+
+void Sample::SetData(std::span<const float> values, int channels) {
+    // The values may lie in the wave that is replaced: copied first.
+    auto block = MakeBlock(values.size());
+    std::ranges::copy(values, block.get() + SampleData::kHeadFloats);
+    Install(*this, std::move(block), static_cast<std::uint32_t>(values.size()), channels);
+}
+
+void Sample::MakeClone() {
+    Unlink();
+    data->block.reset();
+    data->count = 0;
+    data->stereo = 0;
+    data->isClone = 1;
+}
+
+void Sample::Link(const std::shared_ptr<SampleData>& target, std::uint32_t id) {
+    MakeClone();
+    data->cloneOf = target;
+    data->cloneId = id;
+    if (!target) return;
+    if (target->isClone)
+        DebugOutput("warning: trying to link to a clone sample\n");
+    else
+        ++target->refCount;
+}
+
+void Sample::Unlink() { data->Unlink(); }
+
+void Sample::Validate() {
+    if (!data->block) return;
+    if (data->count == 0) {
+        DebugOutput("sample without lenght\n");
+        data->loopType = VTSAMPLE_LOOP_NONE;
+        data->loopStart = data->loopEnd = 0;
+        return;
+    }
+    if (data->stereo) return;
+    // Interpolation reads past the end and must find no click there. A single value takes the zero before it.
+    float* const past = data->Wave() + data->count;
+    past[-1] = past[0] = past[1] = past[-2];
+}
+
+std::unique_ptr<Sample> Sample::Duplicate() const {
+    auto copy = std::make_unique<Sample>();
+    if (Wave()) copy->SetData(Values(*this), Channels());
+    copy->data->loopStart = data->loopStart;
+    copy->data->loopEnd = data->loopEnd;
+    copy->data->loopType = data->loopType;
+    copy->toneRel = toneRel;
+    copy->fineTune = fineTune;
+    copy->volume = volume;
+    copy->panning = panning;
+    copy->bits = bits;
+    copy->name = name;
+    copy->selStart = selStart;
+    copy->selEnd = selEnd;
+    copy->selActive = selActive;
+    copy->Validate();
+    return copy;
+}
+
+void Sample::ReplaceWave(std::span<const float> values, std::int32_t selectionEnd) {
+    SetData(values, Channels());
+    data->loopStart = 0;
+    data->loopEnd = std::max(data->count, 1u) - 1;
+    selActive = 0;
+    selStart = 0;
+    selEnd = selectionEnd;
+    Validate();
+}
+
+SampleClip Sample::Copy() const {
+    if (!selActive) return {};
+    return {Joined({Split(*this).inside}), Channels()};
+}
+
+SampleClip Sample::Cut() {
+    SampleClip clip = Copy();
+    Delete();
+    return clip;
+}
+
+void Sample::Delete() {
+    if (!selActive) return;
+    const Selection selection = Split(*this);
+    const auto values = Joined({selection.before, selection.after});
+    ReplaceWave(values, static_cast<std::int32_t>(values.size()) - 1);
+}
+
+void Sample::Paste(const SampleClip& clip) {
+    if (!selActive || clip.values.empty() || clip.channels != Channels()) return;
+    if (Count() + clip.values.size() > std::numeric_limits<std::uint32_t>::max()) return;
+    const Selection selection = Split(*this);
+    const auto values = Joined({selection.before, clip.values, selection.inside, selection.after});
+    ReplaceWave(values, static_cast<std::int32_t>(values.size()) - 1);
+}
+
+void Sample::Crop() {
+    if (!selActive) return;
+    const auto values = Joined({Split(*this).inside});
+    if (!values.empty()) ReplaceWave(values, -1);
+}
+
+void Sample::ToggleSign() {
+    if (!Wave()) return;
+    auto values = Joined({Values(*this)});
+    std::ranges::transform(values, values.begin(), OtherSign);
+    SetData(values, Channels());
+    Validate();
+}
+
+bool Sample::IsEightBit() const { return std::ranges::all_of(Values(*this), IsEightBitValue); }
+
+bool Sample::IsSixteenBit() const { return std::ranges::all_of(Values(*this), IsSixteenBitValue); }
+
+}  // namespace vonta
