@@ -7,10 +7,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/Clock.h"
+
 namespace vonta {
 
 // Section numbers of the engine. Slot sections add the slot's number.
 enum CpuSection : std::uint32_t {
+    kCpuUnshown = 0,
     kCpuScaling = 1,      // mix of voices, sum into the buses
     kCpuFilters = 2,      // filters, and the synths' Work
     kCpuPeaks = 3,
@@ -32,7 +35,9 @@ public:
     void Init(std::uint32_t numCounters);        // allocates and clears
     void Begin(std::uint32_t section);
     void End(std::uint32_t section);             // counts only if it is the open one: sections do not nest
-    void EndBlock();                             // once a second: what was filled is shown, the other is cleared
+    // At the end of each block, at a time in Milliseconds(). Once a second: what was filled is shown, the other is
+    // cleared.
+    void EndBlock(std::uint32_t now = Milliseconds());
     float Read(std::uint32_t section) const;     // percent; 0 for a number out of range
     float CyclesPerSecond() const { return cyclesPerSecond_; }
 
@@ -40,9 +45,23 @@ private:
     std::array<std::vector<std::uint32_t>, 2> counters_;
     std::atomic<std::uint32_t> current_{0};      // which is being filled
     float cyclesPerSecond_ = 1e9f;               // the counter is the nanosecond clock
-    std::uint32_t openSection_ = 0;
+    static constexpr std::uint32_t kNone = ~0u;
+    std::uint32_t openSection_ = kNone;
     std::uint64_t openStart_ = 0;
     std::uint32_t lastSwap_ = 0;                 // milliseconds
+};
+
+// Marks a section for as long as it lives.
+class CpuMark {
+public:
+    CpuMark(CpuScan& scan, std::uint32_t section) : scan_(scan), section_(section) { scan_.Begin(section_); }
+    ~CpuMark() { scan_.End(section_); }
+    CpuMark(const CpuMark&) = delete;
+    CpuMark& operator=(const CpuMark&) = delete;
+
+private:
+    CpuScan& scan_;
+    std::uint32_t section_;
 };
 
 }  // namespace vonta

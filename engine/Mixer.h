@@ -64,18 +64,20 @@ struct Mixer {
     std::array<StereoBuffer, kOutputPairs> finalBuffer{};     // what the device gets
     std::array<float*, kOutputPairs> outputs{};               // finalBuffer, as WriteBlock takes it
 
-    // Which buffers hold something: of this block, and of the segment last mixed (shown by the meters).
+    // Which buffers hold something in this block.
+    int blockFrames = 0;
     std::array<std::uint8_t, kOutputPairs> outputUsed{};
     std::array<std::uint8_t, kMaxInstruments> groupUsed{};
+    std::array<std::uint8_t, kOutputPairs> finalZeroed{};     // finalBuffer is silent from end to end
+    // Of the segment last mixed, for the meters of the interface.
     std::uint8_t busUsed = 0;                     // bit per bus
     std::uint16_t fxUsed = 0;                     // bit per slot
-    std::array<std::uint8_t, kOutputPairs> finalZeroed{};
 
     Mixer();
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
 
-    void BeginBlock();                            // forgets what the last block used
+    void BeginBlock(int frames);                  // of the whole block; forgets what the last one used
     // All stages of one segment, `frames` at frame `offset` of the block; offset + frames is at most
     // kMaxBlockFrames.
     void MixSegment(Song& song, int offset, int frames);
@@ -88,21 +90,6 @@ struct Mixer {
     void EffectOn(int slot, std::uint8_t on);
     // The MIDI face behind a channel's output number: a port below 128, a synth of the song from there; may be null.
     DrvMIDIOUT* MidiOutput(const Song& song, int output);
-
-private:
-    void MixVoices(int offset, int frames);
-    void RunFilters(int offset, int frames);
-    void RunSynths(Song& song, int offset, int frames);
-    void MixBuses(Song& song, int offset, int frames);
-    void RunSendSlots(Song& song, int offset, int frames);
-    bool GatherSlot(Song& song, int slot, int offset, int frames);
-    void RouteSlot(Song& song, int slot, int offset, int frames);
-    void MixGroups(Song& song, int offset, int frames);
-    void MixSynthsOut(Song& song, int offset, int frames);
-    void MixBusesOut(Song& song, int offset, int frames);
-    float* Output(int pair, int offset);          // clears the pair when it is first used in a block
-
-    struct Live { bool left = false, right = false; };
 };
 
 }  // namespace vonta
