@@ -25,6 +25,7 @@ public:
 
     virtual bool Open(const std::string& path, const char* mode) = 0;   // "rb" or "wb"
     virtual bool Close() = 0;                        // false if what was written did not all reach its place
+    virtual void Abandon() { Close(); }              // closes, and leaves nothing of what was written
     virtual std::size_t Write(const void* buffer, std::size_t size, std::size_t count) = 0;   // items written
     virtual std::size_t Read(void* buffer, std::size_t size, std::size_t count) = 0;          // whole items; 0 at the end
     virtual bool Seek(std::int64_t offset, int whence) = 0;             // SeekFrom; false outside 0 to Size
@@ -42,7 +43,7 @@ public:
     ~DiskStream() override;                          // an open write is abandoned
     bool Open(const std::string& path, const char* mode) override;      // refuses directories
     bool Close() override;
-    void Abandon();                                  // closes, and removes what was written
+    void Abandon() override;
     std::size_t Write(const void* buffer, std::size_t size, std::size_t count) override;
     std::size_t Read(void* buffer, std::size_t size, std::size_t count) override;
     bool Seek(std::int64_t offset, int whence) override;

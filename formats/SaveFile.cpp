@@ -1,0 +1,42 @@
+#include "formats/Loaders.h"
+
+namespace vonta {
+namespace {
+
+int SaveNothing(FileStream&, Song&, const SaveOptions&) { return 0; }
+
+int SaveMixdown(FileStream& stream, Song& song, const SaveOptions& options) {
+    return options.mixdown ? options.mixdown(stream.GetPath(), song) : 1;
+}
+
+struct SaverRow {
+    SaveMode mode;
+    bool writesStream;                               // else the stream only names the place, and is left unwritten
+    int (*save)(FileStream& stream, Song& song, const SaveOptions& options);   // 0 on success
+};
+
+constexpr SaverRow kSavers[] = {
+    {SaveMode::Nothing, false, SaveNothing},
+    {SaveMode::Mixdown, false, SaveMixdown},
+};
+
+const SaverRow* FindSaver(SaveMode mode) {
+    for (const auto& row : kSavers)
+        if (row.mode == mode) return &row;
+    return nullptr;
+}
+
+}  // namespace
+
+int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& options) {
+    if (!stream) return 1;
+    const SaverRow* saver = FindSaver(mode);
+    if (!saver || !saver->writesStream) stream->Abandon();
+    if (!saver || saver->save(*stream, song, options) != 0) {
+        stream->Abandon();
+        return 1;
+    }
+    return !saver->writesStream || stream->Close() ? 0 : 1;
+}
+
+}  // namespace vonta
