@@ -89,13 +89,7 @@ bool LoadWave(Reader& in, const XmSampleHeader& header, Sample& sample) {
     const auto bytes = static_cast<std::uint32_t>(std::min<std::int64_t>(header.length, in.Remaining()));
     const bool sixteenBit = IsSixteenBit(header);
     if (header.length != 0) sample.bits = sixteenBit ? 16 : 8;
-    // Allocate starts from a sample without a loop; the loop of the header is kept.
-    const auto [start, end, type] =
-        std::tuple(sample.data->loopStart, sample.data->loopEnd, sample.data->loopType);
     if (bytes > 0) ReadWave(in, bytes, sixteenBit, sample.Allocate(sixteenBit ? bytes / 2 : bytes, 1));
-    sample.data->loopStart = start;
-    sample.data->loopEnd = end;
-    sample.data->loopType = type;
     return bytes == header.length;
 }
 
