@@ -15,7 +15,8 @@ namespace vonta {
 namespace {
 
 constexpr std::size_t kWindowBytes = 64 * 1024;
-constexpr int kPartNames = 100;                      // tries to find a name that no other save is using
+constexpr int kPartNames = 1000;                     // tries to find a name that no other save is using; a mixdown
+                                                     // by parts has up to 284 files open
 
 // Bytes of a request for whole items, or 0 if it is none or beyond all memory.
 std::size_t RequestBytes(std::size_t size, std::size_t count) {
