@@ -1,7 +1,7 @@
 // The sound of one note: up to four voices that share envelopes, filter and routing.
 //
 // A new note never shares a Channel with the old one: the mixer moves the old object to its reserve and puts a clean
-// one in its place, so nobody keeps a reference to a Channel across a tick. Audio thread only, but for `muted` and
+// one in its place, so nobody keeps a reference to a Channel across a tick. Audio side only.
 #pragma once
 
 #include <array>

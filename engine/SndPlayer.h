@@ -23,6 +23,8 @@
 
 namespace vonta {
 
+struct RowCell;
+
 // In the order in which StartSound counts them.
 enum class DeviceKind : int { DirectSoundPrimary = 0, DirectSoundSecondary, NoSound, WaveOut, DiskWritter, Asio };
 
@@ -180,6 +182,7 @@ private:
         SndPlayer& player_;
     };
 
+    // What was last sent to a channel of an output; 65535 is nothing yet.
     struct MidiSent { std::uint16_t bank = 65535, program = 65535, volume = 65535, pan = 65535; };
 
     bool OpenDevice(void* windowHandle, DeviceKind kind, int deviceIndex);
@@ -200,20 +203,22 @@ private:
     bool AdvanceSequencer(bool silent);
     bool AdvanceRow();
     bool GoToNextPosition();
-    void BreakToNextPosition(bool& wrapped);
-    void JumpToPosition();
     void EnterPosition(std::int32_t position);
-    void NoteVisit(bool jumped);
+    void NoteVisit(bool jumped, bool wrapped);
     void ResetSequencer();
     void RunTickEffects();
     void RunJamQueue();
     void ApplyMuteRequests();
-    const Pattern& CurrentPattern();
+    const Pattern& CurrentPattern() const;
+    void SelectPattern(int pattern);
 
-    void PerformCell(int channel, bool silent, struct RowContext& row);
+    void PerformCell(RowCell& row, bool silent);
+    void ReturnFromArpeggio(int channel);
+    void StartCell(RowCell& row);
+    bool SendMidiController(const RowCell& row);
     bool Trigger(int channel, int note, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
-    bool TriggerInstrumentAlone(int channel, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
-    void StopTrack(int channel, std::uint32_t time);
+    void TriggerInstrumentAlone(int channel, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
+    void SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff, float resonance);
 
     float StepCutoffLfo(Instrument& instrument);
     void MoveOldSoundOut(int channel);

@@ -1,0 +1,57 @@
+// Cuts a block at the ticks: what lies between two of them is mixed in one piece.
+#include <algorithm>
+
+#include "engine/SndPlayer.h"
+#include "platform/Clock.h"
+#include "platform/FlushToZero.h"
+
+namespace vonta {
+namespace {
+
+// A host or a script may ask for any tempo.
+constexpr float kLongestTick = 1 << 24;           // frames
+
+int WholeFrames(float frames) { return static_cast<int>(std::clamp(frames, 0.0f, kLongestTick)); }
+
+}  // namespace
+
+// The tick's length and position are taken once: a tempo change of an effect takes hold at the next block.
+template <class MixSegment>
+bool SndPlayer::WalkTicks(int frames, bool silent, MixSegment mixSegment) {
+    const int tickLength = std::max(1, WholeFrames(mixer_->samplesPerTick));
+    int position = WholeFrames(mixer_->tickPosition);
+    bool wrapped = false;
+    for (int offset = 0; offset < frames;) {
+        const int toTick = position < tickLength ? tickLength - position : position == tickLength ? 0 : tickLength;
+        const int segment = std::min(toTick, frames - offset);
+        if (segment > 0) mixSegment(offset, segment);
+        position += segment;
+        if (position >= tickLength) {
+            position -= tickLength;
+            mixer_->cpuScan->Begin(kCpuTick);
+            wrapped |= DoTick(silent);
+            mixer_->cpuScan->End(kCpuTick);
+        }
+        offset += segment;
+    }
+    mixer_->tickPosition = static_cast<float>(position);
+    return wrapped;
+}
+
+bool SndPlayer::Render(int frames) {
+    const FlushToZero flush;
+    frames = std::clamp(frames, 0, kMaxBlockFrames);
+    ApplyMuteRequests();
+    mixer_->BeginBlock(frames);
+    const bool wrapped = WalkTicks(frames, false, [this](int offset, int segment) {
+        mixer_->MixSegment(*song_, offset, segment);
+    });
+    mixer_->FinishBlock(frames, Milliseconds());
+    return wrapped;
+}
+
+bool SndPlayer::RenderSilently(int frames) {
+    return WalkTicks(frames, true, [](int, int) {});
+}
+
+}  // namespace vonta
