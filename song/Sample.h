@@ -92,7 +92,7 @@ struct Sample {
     void Delete();
     void Crop();                                                     // nothing if the selection is empty
 
-    void ToggleSign();                                               // the whole wave: signed read as unsigned, and back
+    void ToggleSign();                                 // the whole wave: signed read as unsigned, and back
 
     bool IsEightBit() const;                                         // every value survives as 8 bits
     bool IsSixteenBit() const;

@@ -30,15 +30,6 @@ TEST(Song, ANewSongHasOnePatternAndTheNextOneComesBehindIt) {
     EXPECT_EQ(song->AddPattern(std::make_unique<Pattern>()), 1);
 }
 
-TEST(Song, ChannelsAreKeptBetweenTwoAndSixtyFour) {
-    constexpr struct { int asked, stored; } cases[] = {{1, 2}, {-5, 2}, {2, 2}, {64, 64}, {65, 64}};
-    Song song;
-    for (const auto& [asked, stored] : cases) {
-        song.SetNumChannels(asked);
-        EXPECT_EQ(song.numChannels, stored) << asked;
-    }
-}
-
 TEST(Song, AppendingGoesByTheCountAndStopsAtTheLastPlace) {
     Song song;
     song.SetPattern(5, std::make_unique<Pattern>());
@@ -70,14 +61,6 @@ TEST(Song, NumbersOutsideFindAndChangeNothing) {
     EXPECT_EQ(song->CountSamples(), 4);
 }
 
-TEST(Song, CountsOnlyTheFirstSixteenSamples) {
-    const auto song = FourSamples();
-    song->GetInstrument(1)->SetSample(16, MakeSample({1}), 1);
-    EXPECT_EQ(song->CountSamples(), 4);
-    song->GetInstrument(1)->SetSample(15, MakeSample({1}), 1);
-    EXPECT_EQ(song->CountSamples(), 5);
-}
-
 TEST(Song, SamplesAreSwappedOnlyBetweenSampleInstruments) {
     const auto song = FourSamples();
     song->SwapSamples(0, 1, 1, 0);
@@ -86,14 +69,6 @@ TEST(Song, SamplesAreSwappedOnlyBetweenSampleInstruments) {
     song->GetInstrument(1)->kind = 1;
     song->SwapSamples(0, 1, 1, 0);
     EXPECT_EQ(SampleOf(*song, 0, 1).Wave()[0], 10);
-}
-
-TEST(Song, TextsAreCutToTheirRoom) {
-    Song song;
-    song.SetTitle(std::string(300, 't'));
-    song.SetFileName(std::string(300, 'f'));
-    EXPECT_EQ(song.title.size(), 254u);
-    EXPECT_EQ(song.fileName.size(), 255u);
 }
 
 TEST(SongLink, ACloneTakesWaveAndPlayingDefaults) {
