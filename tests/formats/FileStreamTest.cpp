@@ -1,0 +1,211 @@
+#include "formats/FileStream.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <random>
+
+#include "tests/support/ByteBuilder.h"
+#include "tests/support/TempDir.h"
+
+namespace vonta {
+namespace {
+
+using test::ByteBuilder;
+using test::TempDir;
+
+// While it lives, no file of this process grows beyond `bytes`.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
+        ::getrlimit(RLIMIT_FSIZE, &old_);
+        const rlimit limit{bytes, old_.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() {
+        ::setrlimit(RLIMIT_FSIZE, &old_);
+        std::signal(SIGXFSZ, handler_);
+    }
+
+private:
+    rlimit old_{};
+    void (*handler_)(int);
+};
+
+TEST(DiskStream, WritesAndReadsWhatAMemoryStreamDoesWhateverTheSteps) {
+    const TempDir dir;
+    std::mt19937 random(7);
+    const auto below = [&](std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random); };
+    DiskStream disk;
+    MemoryStream memory;
+    const std::string path = dir.Path("file");
+    ASSERT_TRUE(disk.Open(path, "wb"));
+    for (int i = 0; i < 3000; ++i) {
+        const std::vector<char> block(below(20) == 0 ? below(200000) : below(12), static_cast<char>(i));
+        EXPECT_EQ(disk.Write(block.data(), 1, block.size()), memory.Write(block.data(), 1, block.size()));
+        if (below(4) == 0) {                         // a length field is patched, near or far behind
+            const auto back = static_cast<std::int64_t>(below(static_cast<std::size_t>(memory.Size()) + 1));
+            for (FileStream* stream : {static_cast<FileStream*>(&disk), static_cast<FileStream*>(&memory)}) {
+                ASSERT_TRUE(stream->Seek(back, kFromStart));
+                Writer(*stream).U16(0xABCD);
+                ASSERT_TRUE(stream->Seek(stream->Size(), kFromStart));
+            }
+        }
+    }
+    ASSERT_TRUE(disk.Close());
+    ASSERT_TRUE(disk.Open(path, "rb"));
+    ASSERT_EQ(disk.Size(), memory.Size());
+    for (int i = 0; i < 3000; ++i) {
+        const auto to = static_cast<std::int64_t>(below(static_cast<std::size_t>(memory.Size()) + 1));
+        disk.Seek(to, kFromStart);
+        memory.Seek(to, kFromStart);
+        std::vector<std::uint8_t> a(below(20) == 0 ? below(200000) : below(12)), b(a.size());
+        const std::size_t item = 1 + below(4);
+        ASSERT_EQ(disk.Read(a.data(), item, a.size() / item), memory.Read(b.data(), item, b.size() / item));
+        ASSERT_EQ(a, b);
+        ASSERT_EQ(disk.Tell(), memory.Tell());
+    }
+}
+
+TEST(DiskStream, NothingBesideTheTargetRemainsAndTheOldFileStaysUntilClose) {
+    const TempDir dir;
+    const std::string path = dir.Write("song", "old");
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(path, "wb"));
+    Writer(stream).Text("new");
+    EXPECT_EQ(dir.Read("song"), "old");
+    EXPECT_TRUE(stream.Close());
+    EXPECT_EQ(dir.Read("song"), std::string("new\0", 4));
+    EXPECT_EQ(dir.CountFiles(), 1);
+    {
+        DiskStream dropped;
+        ASSERT_TRUE(dropped.Open(path, "wb"));
+        Writer(dropped).U32(1);
+    }
+    EXPECT_EQ(dir.Read("song"), std::string("new\0", 4));
+    EXPECT_EQ(dir.CountFiles(), 1);
+}
+
+TEST(DiskStream, AFailedWriteLeavesTheOldFileWholeAndSaysWhy) {
+    const TempDir dir;
+    const std::string path = dir.Write("song", "old");
+    const std::vector<char> block(1000, 'x');
+    for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{65536}, rlim_t{299999}}) {
+        const FileSizeLimit guard(limit);
+        DiskStream stream;
+        ASSERT_TRUE(stream.Open(path, "wb"));
+        for (int i = 0; i < 300; ++i) stream.Write(block.data(), 1, block.size());
+        EXPECT_FALSE(stream.Close());
+        EXPECT_FALSE(stream.Close()) << "a second close must not turn the failure into a success";
+        EXPECT_NE(stream.Error().find("File too large"), std::string::npos) << stream.Error();
+        EXPECT_EQ(dir.Read("song"), "old");
+        EXPECT_EQ(dir.CountFiles(), 1);
+    }
+}
+
+TEST(DiskStream, AFullDeviceFailsAtCloseAndStaysADevice) {
+    if (!std::filesystem::exists("/dev/full")) GTEST_SKIP();
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open("/dev/full", "wb"));
+    Writer(stream).U32(1);
+    EXPECT_FALSE(stream.Close());
+    EXPECT_NE(stream.Error().find("No space"), std::string::npos) << stream.Error();
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST(DiskStream, RefusesWhatIsNoFileWithoutWaiting) {
+    const TempDir dir;
+    ASSERT_EQ(::mkfifo(dir.Path("pipe").c_str(), 0600), 0);
+    const struct { std::string path; const char* mode; const char* error; } cases[] = {
+        {dir.Path("missing"), "rb", "cannot open: No such file or directory"},
+        {dir.Path(""), "rb", "cannot open: Is a directory"},
+        {dir.Path(""), "wb", "cannot write: Is a directory"},
+        {dir.Path("no/such/place"), "wb", "cannot write: No such file or directory"},
+        {dir.Path("pipe"), "rb", "not a plain file: Operation not supported"},
+    };
+    for (const auto& c : cases) {
+        DiskStream stream;
+        EXPECT_FALSE(stream.Open(c.path, c.mode)) << c.path;
+        EXPECT_EQ(stream.Error(), c.error);
+        std::uint8_t byte;
+        EXPECT_EQ(stream.Read(&byte, 1, 1), 0u);
+        EXPECT_EQ(stream.Write(&byte, 1, 1), 0u);
+        EXPECT_FALSE(stream.Close());
+    }
+    EXPECT_EQ(dir.CountFiles(), 1);
+}
+
+TEST(DiskStream, ASaveKeepsTheModeAndTheLinkOfWhatItReplaces) {
+    const TempDir dir;
+    const std::string real = dir.Write("real", "old");
+    std::filesystem::permissions(real, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+    std::filesystem::create_symlink("real", dir.Path("link"));
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(dir.Path("link"), "wb"));
+    Writer(stream).Text("new");
+    ASSERT_TRUE(stream.Close());
+    EXPECT_TRUE(std::filesystem::is_symlink(dir.Path("link")));
+    EXPECT_EQ(dir.Read("real"), std::string("new\0", 4));
+    EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(real).permissions()), 0600u);
+}
+
+TEST(DiskStream, ANameOfFullLengthCanBeSaved) {
+    const TempDir dir;
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(dir.Path(std::string(255, 'n')), "wb"));
+    EXPECT_TRUE(stream.Close());
+    EXPECT_EQ(dir.CountFiles(), 1);
+}
+
+TEST(Streams, SeekStaysInsideTheFile) {
+    MemoryStream stream({1, 2, 3, 4});
+    const struct { std::int64_t offset; int whence; bool inside; std::int64_t tell; } steps[] = {
+        {4, kFromStart, true, 4},  {5, kFromStart, false, 4},  {-1, kFromHere, true, 3},
+        {-4, kFromHere, false, 3}, {-1, kFromStart, false, 3}, {INT64_MAX, kFromHere, false, 3},
+        {INT64_MIN, kFromHere, false, 3},
+    };
+    for (const auto& step : steps) {
+        EXPECT_EQ(stream.Seek(step.offset, step.whence), step.inside) << step.offset;
+        EXPECT_EQ(stream.Tell(), step.tell);
+    }
+}
+
+TEST(Reader, ValuesPastTheEndAreZeroAndRemembered) {
+    MemoryStream stream(ByteBuilder().U16(0x1234).U32(0x80000001).Text("name").U8(0).U8(9).bytes);
+    Reader in(stream);
+    EXPECT_EQ(in.U16(), 0x1234);
+    EXPECT_EQ(in.I32(), INT32_MIN + 1);
+    EXPECT_EQ(in.Text(), "name");
+    EXPECT_FALSE(in.Truncated());
+    EXPECT_EQ(in.U16(), 0);
+    EXPECT_TRUE(in.Truncated());
+    EXPECT_EQ(in.Text(), "");
+}
+
+TEST(Reader, TextsOfAnyLengthEndAtTheirNulOrTheFilesEnd) {
+    for (const std::size_t length : {0u, 1u, 63u, 64u, 65u, 5000u}) {
+        const std::string text(length, 't');
+        MemoryStream whole(ByteBuilder().Text(text).U8(0).U8(7).bytes), cut(ByteBuilder().Text(text).bytes);
+        Reader in(whole), short_(cut);
+        EXPECT_EQ(in.Text(), text);
+        EXPECT_EQ(in.U8(), 7);
+        EXPECT_FALSE(in.Truncated());
+        EXPECT_EQ(short_.Text(), text);
+        EXPECT_TRUE(short_.Truncated());
+    }
+}
+
+TEST(Writer, FieldsOfFixedWidthAreCutAndFilled) {
+    MemoryStream stream;
+    Writer out(stream);
+    out.FixedText("long name", 4);
+    out.FixedText("ab", 4, ' ');
+    EXPECT_EQ(out.Text(std::string_view("a\0b", 3)), 2u);
+    EXPECT_EQ(stream.Bytes(), ByteBuilder().Text("longab  a").U8(0).bytes);
+}
+
+}  // namespace
+}  // namespace vonta
