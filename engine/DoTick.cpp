@@ -77,7 +77,7 @@ bool SndPlayer::AdvanceRow() {
         EnterPosition(orderTarget_ < song_->GetPatternPosLenght() ? orderTarget_ : 0);
     }
     rowStep_ = 1;
-    if (trackVisits_) NoteVisit(jumped && !wrapped, wrapped);
+    if (trackVisits_ && NoteVisit(jumped, wrapped)) wrapped = true;
     return wrapped;
 }
 
@@ -95,13 +95,15 @@ void SndPlayer::EnterPosition(std::int32_t position) {
     pattern_ = static_cast<std::uint32_t>(song_->GetPatternPosIndex(position));
 }
 
-// After a wrap the song starts over, and so does what counts as seen.
-void SndPlayer::NoteVisit(bool jumped, bool wrapped) {
-    if (wrapped) visited_.reset();
-    if (position_ < 0 || position_ >= kMaxPositions || row_ < 0 || row_ >= kMaxRows) return;
+// True if a jump closed a circle. From there, as after a wrap, the song starts over, and so does what counts as seen.
+bool SndPlayer::NoteVisit(bool jumped, bool wrapped) {
+    if (position_ < 0 || position_ >= kMaxPositions || row_ < 0 || row_ >= kMaxRows) return false;
     const auto here = static_cast<std::size_t>(position_ * kMaxRows + row_);
-    if (jumped && visited_[here]) revisited_ = true;
+    const bool circle = jumped && !wrapped && visited_[here];
+    if (circle || wrapped) visited_.reset();
     visited_.set(here);
+    revisited_ |= circle;
+    return circle;
 }
 
 void SndPlayer::SetVisitTracking(bool on) {

@@ -131,7 +131,7 @@ public:
     bool TakePositionJump() { return positionJumped_.exchange(false); }   // a host moved us: redraw
 
     // While on, rows performed are remembered from PerformPlay on, and Revisited tells whether a jump or a break has
-    // entered one of them again: the song runs in a circle. Pattern loops and wraps do not count.
+    // entered one of them again: the song runs in a circle. That counts as a wrap too; pattern loops do not count.
     void SetVisitTracking(bool on);
     bool Revisited() const { return revisited_; }
     void ClearVisits();
@@ -204,7 +204,7 @@ private:
     bool AdvanceRow();
     bool GoToNextPosition();
     void EnterPosition(std::int32_t position);
-    void NoteVisit(bool jumped, bool wrapped);
+    bool NoteVisit(bool jumped, bool wrapped);
     void ResetSequencer();
     void RunTickEffects();
     void RunJamQueue();
