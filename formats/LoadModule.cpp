@@ -1,3 +1,4 @@
+#include "formats/LoaderMOD.h"
 #include "formats/LoaderXM.h"
 #include "formats/Loaders.h"
 #include "platform/Debug.h"
@@ -15,6 +16,7 @@ std::unique_ptr<ModuleLoader> Make() {
 // In the order in which they are asked.
 constexpr ModuleLoaderFactory kModuleLoaders[] = {
     Make<LoaderXM>,
+    Make<LoaderMOD>,
 };
 
 std::unique_ptr<ModuleLoader> FindLoader(FileStream& stream) {

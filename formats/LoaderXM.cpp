@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "formats/Comments.h"
 #include "formats/Record.h"
 #include "formats/XmFormat.h"
 #include "formats/XmInstrument.h"
@@ -95,14 +96,6 @@ void ReadInstruments(Reader& in, int count, Song& song, LoadReport& report) {
     if (count > kMaxInstruments)
         report.Add("The file has %i instruments: the last %i are dropped.", count, count - kMaxInstruments);
     DebugOutput("\t- all instruments ok\n");
-}
-
-// Composers write their greetings into the names of instruments.
-std::string CommentsFromNames(const Song& song) {
-    std::string comments;
-    for (const auto& instrument : song.instruments)
-        if (instrument) comments += instrument->name + '\r';
-    return comments;
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "formats/ForeignSavers.h"
 #include "formats/Loaders.h"
 
 namespace vonta {
@@ -15,7 +16,15 @@ struct SaverRow {
     int (*save)(FileStream& stream, Song& song, const SaveOptions& options);   // 0 on success
 };
 
+// The writers of other trackers' files look at nothing but the report.
+template <int (*save)(FileStream&, const Song&, LoadReport*)>
+int SaveForeign(FileStream& stream, Song& song, const SaveOptions& options) {
+    return save(stream, song, options.report);
+}
+
 constexpr SaverRow kSavers[] = {
+    {SaveMode::Xm, true, SaveForeign<SaveXM>},
+    {SaveMode::Mod, true, SaveForeign<SaveMOD>},
     {SaveMode::Nothing, false, SaveNothing},
     {SaveMode::Mixdown, false, SaveMixdown},
 };

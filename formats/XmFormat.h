@@ -37,8 +37,6 @@ constexpr std::size_t kXmMaxCellBytes = 5;
 constexpr std::uint8_t kXmNoteOff = 0x61;            // 1 to 96 are notes, 0 is none
 constexpr std::uint8_t kXmVolumeFirst = 0x10, kXmVolumeLast = 0x50;   // set volume 0 to 64
 constexpr std::uint8_t kXmVolumeCommand = 0x60;      // and above: a command of the volume column
-constexpr std::uint8_t kXmLastEffect = 0x0F;         // the last one that the song has too
-constexpr std::uint8_t kXmSetVolume = 0x0C;          // its parameter is on the scale of 64
 
 enum XmEnvelopeFlags : std::uint8_t { kXmEnvelopeOn = 1, kXmEnvelopeSustain = 2, kXmEnvelopeLoop = 4 };
 

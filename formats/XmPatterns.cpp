@@ -4,6 +4,7 @@
 #include <bit>
 #include <vector>
 
+#include "formats/ForeignEffects.h"
 #include "formats/Record.h"
 #include "formats/XmInstrument.h"
 #include "platform/Debug.h"
@@ -26,8 +27,8 @@ Cell ConvertCell(const XmCell& from) {
         cell.volume = static_cast<std::uint16_t>((from.volume - kXmVolumeFirst) * 2);
     else if (from.volume >= kXmVolumeCommand)
         cell.volume = static_cast<std::uint16_t>(from.volume | kVolumeCommand);
-    cell.effect = from.effect > kXmLastEffect ? std::uint8_t{0} : from.effect;
-    cell.param = cell.effect == kXmSetVolume ? static_cast<std::uint8_t>(from.param * 2) : from.param;
+    cell.effect = from.effect > kLastForeignEffect ? std::uint8_t{0} : from.effect;
+    cell.param = SongParam(cell.effect, from.param);
     return cell;
 }
 
