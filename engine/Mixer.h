@@ -64,8 +64,8 @@ struct Mixer {
     std::array<StereoBuffer, kOutputPairs> finalBuffer{};     // what the device gets
     std::array<float*, kOutputPairs> outputs{};               // finalBuffer, as WriteBlock takes it
 
+    int blockFrames = 0;                          // of the present block
     // Which buffers hold something in this block.
-    int blockFrames = 0;
     std::array<std::uint8_t, kOutputPairs> outputUsed{};
     std::array<std::uint8_t, kMaxInstruments> groupUsed{};
     std::array<std::uint8_t, kOutputPairs> finalZeroed{};     // finalBuffer is silent from end to end

@@ -94,14 +94,16 @@ struct FiniteOnly {
 template <bool add, class Form>
 void SumFrames(float* out, const float* in, int frames, const Form& form) {
     constexpr int kTurn = 16;
+    const auto four = [&](int i) {
+        __m128 value = form.Four(in, i);
+        if constexpr (add) value = _mm_add_ps(_mm_loadu_ps(out + i), value);
+        _mm_storeu_ps(out + i, value);
+    };
     const int floats = frames * Form::kSides;
     int i = 0;
     for (; i + kTurn <= floats; i += kTurn)
-        for (int k = i; k < i + kTurn; k += 4) {
-            __m128 value = form.Four(in, k);
-            if constexpr (add) value = _mm_add_ps(_mm_loadu_ps(out + k), value);
-            _mm_storeu_ps(out + k, value);
-        }
+        for (int k = i; k < i + kTurn; k += 4) four(k);
+    for (; i + 4 <= floats; i += 4) four(i);
     for (; i < floats; ++i) {
         if constexpr (add) out[i] += form.One(in, i);
         else out[i] = form.One(in, i);
