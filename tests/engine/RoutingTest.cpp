@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -346,7 +347,11 @@ TEST(Routing, CuttingTheBlockAnywhereChangesNoFrame) {
     for (std::uint32_t seed = 1; seed < 6; ++seed) {
         const auto cut = render(seed);
         EXPECT_EQ(cut->outputBuffer[0], whole->outputBuffer[0]);
-        for (int slot = 0; slot < 4; ++slot) EXPECT_EQ(cut->fxBuffer[slot], whole->fxBuffer[slot]) << slot;
+        for (int slot = 0; slot < 4; ++slot) {
+            const auto& want = whole->fxBuffer[slot];
+            const int floats = slot < 2 ? 2 * kFrames : kFrames;       // behind a mono output its input remains
+            EXPECT_TRUE(std::equal(want.begin(), want.begin() + floats, cut->fxBuffer[slot].begin())) << slot;
+        }
         EXPECT_EQ(cut->busBuffer, whole->busBuffer);
     }
 }
