@@ -6,25 +6,30 @@
 namespace vonta {
 namespace {
 
-using ModuleLoaderFactory = std::unique_ptr<ModuleLoader> (*)();
-
 template <class Loader>
 std::unique_ptr<ModuleLoader> Make() {
     return std::make_unique<Loader>();
 }
 
-// In the order in which they are asked.
-constexpr ModuleLoaderFactory kModuleLoaders[] = {
-    Make<LoaderXM>,
-    Make<LoaderMOD>,
+struct LoaderRow {
+    const char* format;                              // as the user reads it
+    std::unique_ptr<ModuleLoader> (*make)();
 };
 
-std::unique_ptr<ModuleLoader> FindLoader(FileStream& stream) {
-    for (const auto make : kModuleLoaders) {
-        auto loader = make();
+// In the order in which they are asked.
+constexpr LoaderRow kModuleLoaders[] = {
+    {"XM", Make<LoaderXM>},
+    {"MOD", Make<LoaderMOD>},
+};
+
+std::unique_ptr<ModuleLoader> FindLoader(FileStream& stream, LoadReport& report) {
+    for (const LoaderRow& row : kModuleLoaders) {
+        auto loader = row.make();
         const bool known = loader->Check(stream);
         stream.Seek(0, kFromStart);
-        if (known) return loader;
+        if (!known) continue;
+        report.format = row.format;
+        return loader;
     }
     return nullptr;
 }
@@ -33,7 +38,7 @@ std::unique_ptr<ModuleLoader> FindLoader(FileStream& stream) {
 
 std::unique_ptr<Song> LoadModule(FileStream& stream, bool& outUnknown, LoadReport& report) {
     outUnknown = false;
-    const auto loader = FindLoader(stream);
+    const auto loader = FindLoader(stream, report);
     if (!loader) {
         DebugOutput("\t- Song format not supported\n");
         report.Fail(stream.Size() == 0 ? "the file is empty" : "not a song this program knows");
