@@ -162,8 +162,10 @@ private:
     std::mt19937 random_;
 };
 
-TestWave MakeWave(Chance& chance, int frames) {
-    std::vector<float> values(static_cast<std::size_t>(2 * frames));
+// Tiny, ordinary, or longer than one run of the loop can span.
+TestWave MakeWave(Chance& chance) {
+    const int frames = chance.OneIn(20) ? 40000 : 1 + chance.Upto(chance.OneIn(2) ? 7 : 700);
+    std::vector<float> values(static_cast<std::size_t>(2 * frames + chance.Upto(1)));   // half a stereo frame may be left
     for (float& value : values) value = chance.Value(32768);
     return TestWave(std::move(values));
 }
@@ -279,7 +281,7 @@ constexpr Interpolation kModes[] = {Interpolation::None, Interpolation::Linear, 
 TEST(MixLoop, MakesEveryFrameAsOneAtATimeWould) {
     for (std::uint32_t seed = 0; seed < 6000; ++seed) {
         Chance chance(seed);
-        const TestWave wave = MakeWave(chance, 1 + chance.Upto(chance.OneIn(2) ? 8 : 700));
+        const TestWave wave = MakeWave(chance);
         const auto channel = MakeChannel(chance, wave, 1 + chance.Upto(3));
         const auto twin = Twin(*channel);
         const Interpolation mode = kModes[chance.Upto(2)];
@@ -298,7 +300,7 @@ TEST(MixLoop, MakesEveryFrameAsOneAtATimeWould) {
 TEST(MixLoop, CuttingARunAnywhereChangesNoFrame) {
     for (std::uint32_t seed = 0; seed < 3000; ++seed) {
         Chance chance(seed);
-        const TestWave wave = MakeWave(chance, 1 + chance.Upto(chance.OneIn(2) ? 8 : 700));
+        const TestWave wave = MakeWave(chance);
         const auto whole = MakeChannel(chance, wave, 1);
         const auto cut = Twin(*whole);
         const Interpolation mode = kModes[chance.Upto(2)];
