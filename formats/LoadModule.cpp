@@ -28,7 +28,7 @@ std::unique_ptr<ModuleLoader> FindLoader(FileStream& stream, LoadReport& report)
         const bool known = loader->Check(stream);
         stream.Seek(0, kFromStart);
         if (!known) continue;
-        report.format = row.format;
+        report.formatName = row.format;
         return loader;
     }
     return nullptr;

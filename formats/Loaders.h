@@ -21,7 +21,7 @@ struct LoadReport {
     static constexpr std::size_t kMaxLineLength = 255;
 
     std::vector<std::string> lines;                  // at most kMaxLines, each cut to kMaxLineLength
-    std::string format;                              // what a module was recognised as, such as "XM"
+    std::string formatName;                          // what a module was recognised as, such as "XM"
     std::string fxDirectory;                         // third place to look for an effect
     std::string error;                               // one line if the load failed
 
