@@ -1,4 +1,5 @@
 #include "formats/LoaderMOD.h"
+#include "formats/LoaderVTM.h"
 #include "formats/LoaderXM.h"
 #include "formats/Loaders.h"
 #include "platform/Debug.h"
@@ -18,6 +19,7 @@ struct LoaderRow {
 
 // In the order in which they are asked.
 constexpr LoaderRow kModuleLoaders[] = {
+    {"VTM", Make<LoaderNative>},
     {"XM", Make<LoaderXM>},
     {"MOD", Make<LoaderMOD>},
 };

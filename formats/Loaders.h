@@ -15,6 +15,8 @@
 
 namespace vonta {
 
+struct PluginLoader;
+
 // What a loader tells the user: what was dropped or repaired, and why a file was refused.
 struct LoadReport {
     static constexpr int kMaxLines = 20;
@@ -23,6 +25,7 @@ struct LoadReport {
     std::vector<std::string> lines;                  // at most kMaxLines, each cut to kMaxLineLength
     std::string formatName;                          // what a module was recognised as, such as "XM"
     std::string fxDirectory;                         // third place to look for an effect
+    const PluginLoader* plugins = nullptr;           // who loads the plug-ins of the file; null: none can be
     std::string error;                               // one line if the load failed
 
     [[gnu::format(printf, 2, 3)]] void Add(const char* format, ...);   // further lines are dropped

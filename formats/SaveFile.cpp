@@ -1,5 +1,6 @@
 #include "formats/ForeignSavers.h"
 #include "formats/Loaders.h"
+#include "formats/SaverVTM.h"
 
 namespace vonta {
 namespace {
@@ -23,6 +24,7 @@ int SaveForeign(FileStream& stream, Song& song, const SaveOptions& options) {
 }
 
 constexpr SaverRow kSavers[] = {
+    {SaveMode::Module, true, SaveModule},
     {SaveMode::Xm, true, SaveForeign<SaveXM>},
     {SaveMode::Mod, true, SaveForeign<SaveMOD>},
     {SaveMode::Nothing, false, SaveNothing},

@@ -1,6 +1,7 @@
 // Bytes of a file, put together by a test: little-endian values one after the other.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -18,6 +19,14 @@ struct ByteBuilder {
         bytes.insert(bytes.end(), text.begin(), text.end());
         return *this;
     }
+    ByteBuilder& F32(float value) { return U32(std::bit_cast<std::uint32_t>(value)); }
+    // With its NUL, as most formats end a text.
+    ByteBuilder& EndedText(std::string_view text) { return Text(text).U8(0); }
+    // u32 id, u32 length, body: as the native formats are made.
+    ByteBuilder& Chunk(std::uint32_t id, const ByteBuilder& body) {
+        return U32(id).U32(static_cast<unsigned>(body.bytes.size())).Bytes(body.bytes);
+    }
+    ByteBuilder& EndChunk() { return U32(0xFFFF0001).U32(0); }
     ByteBuilder& FixedText(std::string_view text, std::size_t width) {
         const std::size_t end = bytes.size() + width;
         Text(text.substr(0, width));

@@ -1,0 +1,103 @@
+// Waves packed as Vorbis: what goes in comes out near enough, and nothing comes out beyond what was asked for.
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "formats/VorbisData.h"
+#include "tests/support/SongBuilder.h"
+
+namespace vonta {
+namespace {
+
+double MeanError(const std::vector<float>& a, const std::vector<float>& b) {
+    double sum = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) sum += std::abs(a[i] - b[i]);
+    return a.empty() ? 0 : sum / static_cast<double>(a.size());
+}
+
+std::vector<float> Decode(const std::vector<std::uint8_t>& packed, int channels, std::size_t count) {
+    std::vector<float> wave(count, -1.0f);
+    wave.resize(DecodeVorbis(packed, channels, wave));
+    return wave;
+}
+
+TEST(Vorbis, WavesOfAnyLengthComeBackWholeAndNear) {
+    for (const int channels : {1, 2})
+        for (const std::uint32_t frames : {1u, 2u, 63u, 1023u, 1024u, 1025u, 2048u, 50000u}) {
+            SCOPED_TRACE(testing::Message() << frames << " frames, " << channels << " channels");
+            const auto wave = SineWave(frames, channels);
+            const auto packed = EncodeVorbis(wave, channels);
+            const auto back = Decode(packed, channels, wave.size());
+            ASSERT_EQ(back.size(), wave.size());
+            EXPECT_GE(MeasureVorbis(packed), frames);
+            if (frames > 1000) {
+                EXPECT_LT(MeanError(wave, back), 300);   // of an amplitude of 16384
+            }
+        }
+}
+
+TEST(Vorbis, TheStreamNamesItsChannelsAndTheFixedRate) {
+    for (const unsigned channels : {1u, 2u}) {
+        const auto packed = EncodeVorbis(SineWave(100, static_cast<int>(channels)), static_cast<int>(channels));
+        ASSERT_GT(packed.size(), 58u);
+        const std::size_t identification = 28;       // behind a page header with one segment
+        EXPECT_EQ(std::string(packed.begin(), packed.begin() + 4), "OggS");
+        EXPECT_EQ(std::string(packed.begin() + 29, packed.begin() + 35), "vorbis");
+        EXPECT_EQ(packed[identification + 11], channels);
+        EXPECT_EQ(packed[identification + 12] | packed[identification + 13] << 8, 44100);
+    }
+}
+
+TEST(Vorbis, TheSameWaveGivesTheSameBytes) {
+    const auto wave = SineWave(5000, 2);
+    EXPECT_EQ(EncodeVorbis(wave, 2), EncodeVorbis(wave, 2));
+}
+
+TEST(Vorbis, DecodingStopsAtTheEndOfTheWave) {
+    const auto packed = EncodeVorbis(SineWave(9000, 2), 2);
+    const auto whole = Decode(packed, 2, 18000);
+    for (const std::size_t count : {0u, 2u, 3u, 4096u, 4098u, 17999u}) {
+        std::vector<float> wave(count + 16, -1.0f);
+        const std::size_t stored = DecodeVorbis(packed, 2, std::span(wave).first(count));
+        ASSERT_EQ(stored, count / 2 * 2);
+        EXPECT_TRUE(std::equal(wave.begin(), wave.begin() + static_cast<std::ptrdiff_t>(stored), whole.begin()));
+        for (std::size_t i = stored; i < wave.size(); ++i) ASSERT_EQ(wave[i], -1.0f) << i;
+    }
+}
+
+TEST(Vorbis, ValuesStayInTheRangeOfSixteenBits) {
+    std::vector<float> square;
+    for (int i = 0; i < 8000; ++i) square.push_back(i / 50 % 2 ? 60000.0f : -60000.0f);
+    for (const float value : Decode(EncodeVorbis(square, 1), 1, square.size())) {
+        ASSERT_GE(value, -32768.0f);
+        ASSERT_LE(value, 32767.0f);
+        ASSERT_EQ(value, std::trunc(value));
+    }
+}
+
+TEST(Vorbis, CutAndForeignStreamsGiveWhatTheyHold) {
+    const auto packed = EncodeVorbis(SineWave(20000), 1);
+    std::size_t former = 0;
+    for (std::size_t size = 0; size < packed.size(); size += 97) {
+        const auto cut = std::span(packed).first(size);
+        std::vector<float> wave(20000);
+        const std::size_t stored = DecodeVorbis(cut, 1, wave);
+        EXPECT_GE(stored, former);                   // a longer part never holds less
+        EXPECT_GE(MeasureVorbis(cut), stored);
+        former = stored;
+    }
+    const std::vector<std::uint8_t> noise(5000, 0x4F);
+    EXPECT_EQ(MeasureVorbis(noise), 0u);
+    EXPECT_EQ(Decode(noise, 1, 100).size(), 0u);
+}
+
+TEST(Vorbis, AStreamOfOtherChannelsFillsTheWaveAllTheSame) {
+    const auto mono = SineWave(3000);
+    const auto wide = Decode(EncodeVorbis(mono, 1), 2, 6000);
+    ASSERT_EQ(wide.size(), 6000u);
+    for (std::size_t i = 0; i < wide.size(); i += 2) ASSERT_EQ(wide[i], wide[i + 1]);
+    EXPECT_EQ(Decode(EncodeVorbis(SineWave(3000, 2), 2), 1, 3000).size(), 3000u);
+}
+
+}  // namespace
+}  // namespace vonta
