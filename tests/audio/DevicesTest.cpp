@@ -1,12 +1,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <chrono>
+#include <thread>
 #include <vector>
 
 #include "audio/CreateDevice.h"
 #include "audio/DrvDiskWritter.h"
 #include "audio/DrvNoSound.h"
 #include "engine/Mixer.h"
+#include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {
@@ -88,6 +91,22 @@ TEST_F(DrvDiskWritterTest, RunsWithoutItsFile) {
     std::array<float, 2> frame{};
     float* outputs[1] = {frame.data()};
     device.WriteBlock(outputs, 1, 0);
+}
+
+TEST(DrvNoSoundOnARealClock, DrivesThePlayerThroughPausesAtAnyMoment) {
+    SndPlayer player(CreateDevice);
+    ASSERT_EQ(player.StartSound(nullptr, static_cast<int>(DeviceKind::NoSound), 0, nullptr, 44100), 0);
+    player.SetMixerOn(true);
+    player.Play(0);
+    const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    for (int pauses = 0; player.TicksPlayed() < 5 && std::chrono::steady_clock::now() < longest; ++pauses) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(pauses % 40));
+        const MixerPause pause(player);
+        EXPECT_FALSE(player.IsMixerOn());
+        player.SetSong(SongBuilder().Tempo(1).Pattern(0, 4).Build());
+    }
+    EXPECT_GE(player.TicksPlayed(), 5u);
+    EXPECT_TRUE(player.IsMixerOn());
 }
 
 TEST(CreateDevice, KnowsTheKindsThatNeedNoLibrary) {

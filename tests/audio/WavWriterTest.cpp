@@ -51,7 +51,7 @@ TEST(WavWriter, TheHeadTellsFormatAndSizes) {
 }
 
 TEST(WavWriter, ABlockOfAnyLengthIsWrittenWhole) {
-    std::vector<float> values(2 * 5000);
+    std::vector<float> values(2 * 5001);
     for (std::size_t i = 0; i < values.size(); ++i) values[i] = static_cast<float>(i);
     const auto data = Data<std::int16_t>(Written(16, values));
     ASSERT_EQ(data.size(), values.size());
