@@ -9,6 +9,8 @@
 namespace vonta {
 namespace {
 
+constexpr int kMaxWaveBytes = 65534;
+
 void LoadHeader(const ModHeader& header, int channels, Song& song) {
     song.SetTitle(header.title);
     song.numChannels = std::min(channels, kMaxChannels);   // one channel stays one
@@ -40,8 +42,8 @@ void LoadPatterns(Reader& in, const ModHeader& header, int channels, Song& song)
     for (int i = 0; i <= last; ++i) song.AddPattern(LoadPattern(in, channels, bytes));
 }
 
-// Lengths of more than 65534 bytes lose their top bit, in the instrument as in all that play such files. What a
-// file has beyond that is passed over if all of it is there, so that the next instruments keep their waves.
+// Lengths in bytes are held in 16 bits, so that longer waves lose what goes beyond. If the file has all of it, that is
+// passed over, and the next instruments keep their waves.
 bool HoldsWholeWaves(const Reader& in, const ModHeader& header) {
     std::int64_t bytes = 0;
     for (const ModSample& sample : header.samples) bytes += std::int64_t{sample.length} * kModWordBytes;
@@ -82,6 +84,16 @@ std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record, 
     return instrument;
 }
 
+void LoadInstruments(Reader& in, const ModHeader& header, Song& song, LoadReport& report) {
+    const bool wholeWaves = HoldsWholeWaves(in, header);
+    int cut = 0;
+    for (const ModSample& sample : header.samples) {
+        song.AddInstrument(MakeInstrument(in, sample, wholeWaves));
+        cut += sample.length * kModWordBytes > WordsToBytes(sample.length);
+    }
+    if (cut > 0) report.Add("%i samples are longer than %i bytes: what goes beyond is dropped.", cut, kMaxWaveBytes);
+}
+
 }  // namespace
 
 bool LoaderMOD::Check(FileStream& stream) {
@@ -103,14 +115,14 @@ std::unique_ptr<Song> LoaderMOD::Load(FileStream& stream, LoadReport& report) {
         return nullptr;
     }
     DebugOutput("\t- num channels: %i\n", channels);
-    if (channels > kMaxChannels) report.Add("Channels above %i left out: %i", kMaxChannels, channels - kMaxChannels);
+    if (channels > kMaxChannels)
+        report.Add("The file has %i channels: the last %i are dropped.", channels, channels - kMaxChannels);
 
     auto song = std::make_unique<Song>();
     LoadHeader(header, channels, *song);
     DebugOutput("\t- song lenght: %i\n", header.length);
     LoadPatterns(in, header, channels, *song);
-    const bool wholeWaves = HoldsWholeWaves(in, header);
-    for (const ModSample& sample : header.samples) song->AddInstrument(MakeInstrument(in, sample, wholeWaves));
+    LoadInstruments(in, header, *song, report);
     if (in.Truncated()) report.Add("The file ends early: what is missing is silent.");
     song->SetComments(CommentsFromNames(*song));
     DebugOutput("\t- song loaded correctly\n");

@@ -1,0 +1,164 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+
+#include "tests/support/ModBuilder.h"
+#include "tests/support/ModuleBytes.h"
+
+namespace vonta {
+namespace {
+
+using test::JoinLines;
+using test::LoadBytes;
+using test::ModBuilder;
+using test::ModSampleSpec;
+
+TEST(LoaderMOD, TheTagTellsTheNumberOfChannels) {
+    const struct { const char* tag; int channels; } cases[] = {
+        {"M.K.", 4}, {"M!K!", 4}, {"FLT4", 4}, {"OCTA", 8}, {"CD81", 8}, {"TDZ3", 3}, {"TDZ1", 1},
+        {"8CHN", 8}, {"10CH", 10}, {"32CH", 32}, {"64CH", 64}, {"TDZ0", 0}, {"xCHN", 0}, {"0CHN", 0},
+        {"-1CH", 0}, {"xyCH", 0}, {"M.K!", 0}, {"FLT8", 0}, {"    ", 0},
+    };
+    for (const auto& c : cases) {
+        ModBuilder mod = ModBuilder::Small();
+        mod.tag = c.tag;
+        mod.channels = c.channels;
+        const auto loaded = LoadBytes(mod.Build());
+        ASSERT_EQ(loaded.song != nullptr, c.channels > 0) << c.tag;
+        EXPECT_NE(loaded.song == nullptr, loaded.report.error.empty());
+        if (!loaded.song) continue;
+        EXPECT_EQ(loaded.song->numChannels, c.channels) << c.tag;
+        EXPECT_EQ(loaded.song->GetPattern(1)->Read(0, 0).note, 71) << c.tag;
+        EXPECT_EQ(JoinLines(loaded.report), "") << c.tag;
+    }
+}
+
+TEST(LoaderMOD, ColumnsBeyondTheSongsAreDroppedAndTold) {
+    ModBuilder mod = ModBuilder::Small();
+    mod.tag = "99CH";
+    mod.channels = 99;
+    const auto loaded = LoadBytes(mod.Build());
+    ASSERT_TRUE(loaded.song);
+    EXPECT_EQ(loaded.song->numChannels, 64);
+    EXPECT_EQ(loaded.song->GetPattern(1)->Read(0, 0).note, 71);
+    EXPECT_EQ(JoinLines(loaded.report), "The file has 99 channels: the last 35 are dropped.\n");
+}
+
+TEST(LoaderMOD, HeaderFieldsBecomeTheSongs) {
+    ModBuilder mod = ModBuilder::Small();
+    mod.title = "exactly twenty chars";
+    mod.restart = 1;
+    mod.orders.assign(128, 0);
+    mod.orders[127] = 127;                           // behind the song's end, and still the last pattern
+    const auto loaded = LoadBytes(mod.Build());
+    ASSERT_TRUE(loaded.song) << loaded.report.error;
+    const Song& song = *loaded.song;
+    EXPECT_EQ(song.title, "exactly twenty chars");
+    EXPECT_EQ(song.length, 2u);
+    EXPECT_EQ(song.restartPos, 0u);
+    EXPECT_EQ(song.tempo, 6u);
+    EXPECT_EQ(song.bpm, 125u);
+    EXPECT_EQ(song.numPatterns, 128);
+    EXPECT_EQ(song.patternList[127], 127);
+    EXPECT_EQ(song.patternList[128], 0);
+    EXPECT_EQ(song.numInstruments, 31);
+    EXPECT_EQ(song.comments, "first\rsecond\r" + std::string(29, '\r'));
+}
+
+TEST(LoaderMOD, CellsAreConverted) {
+    const struct { std::array<std::uint8_t, 4> bytes; Cell cell; } cases[] = {
+        {{0, 0, 0, 0}, {kNoNote, 0, kNoVolume, 0, 0}},
+        {{0x03, 0x58, 0x10, 0}, {36, 1, kNoVolume, 0, 0}},       // period 856
+        {{0x03, 0x57, 0x10, 0}, {37, 1, kNoVolume, 0, 0}},       // between two: the smaller one's
+        {{0x0D, 0xAC, 0, 0}, {0, 0, kNoVolume, 0, 0}},           // 3500
+        {{0x0F, 0xFF, 0, 0}, {0, 0, kNoVolume, 0, 0}},
+        {{0x00, 28, 0, 0}, {95, 0, kNoVolume, 0, 0}},
+        {{0x00, 27, 0, 0}, {96, 0, kNoVolume, 0, 0}},            // too high to be played
+        {{0x10, 0, 0xFF, 0x20}, {kNoNote, 31, kNoVolume, 15, 0x20}},
+        {{0xF0, 0, 0xF3, 0x7F}, {kNoNote, 255, kNoVolume, 3, 0x7F}},
+        {{0, 0, 0x0C, 0x40}, {kNoNote, 0, kNoVolume, 12, 0x80}},
+        {{0, 0, 0x0C, 0xC1}, {kNoNote, 0, kNoVolume, 12, 0x82}},
+    };
+    for (const auto& c : cases) {
+        ModBuilder mod = ModBuilder::Small();
+        mod.patterns[1] = {0, 0, 0, 0};
+        mod.patterns[1].insert(mod.patterns[1].end(), c.bytes.begin(), c.bytes.end());
+        const auto loaded = LoadBytes(mod.Build());
+        ASSERT_TRUE(loaded.song);
+        EXPECT_EQ(loaded.song->GetPattern(1)->Read(0, 1), c.cell) << int{c.bytes[0]} << " " << int{c.bytes[1]};
+    }
+}
+
+TEST(LoaderMOD, SampleRecordsBecomeInstruments) {
+    ModBuilder mod;
+    mod.samples = {
+        {.name = "exactly 22 characters!", .wave = {1, 0xFF, 0x80, 0x7F, 5, 6}, .words = 3, .fineTune = 8,
+         .volume = 64, .loopStart = 1, .loopLength = 2},
+        {.wave = {1, 2}, .words = 1, .fineTune = 7, .volume = 255, .loopStart = 0x8001, .loopLength = 1},
+        {.volume = 3, .loopLength = 0},
+    };
+    const auto loaded = LoadBytes(mod.Build());
+    ASSERT_TRUE(loaded.song) << loaded.report.error;
+    const Instrument& first = *loaded.song->GetInstrument(0);
+    EXPECT_EQ(first.name, "exactly 22 characters!");
+    EXPECT_EQ(first.numSamples, 1);
+    EXPECT_EQ(first.GetKeySample(127, 0, 127), 0);
+
+    const struct { std::uint32_t count; int fineTune, volume, loopType; std::uint32_t loopStart, loopEnd; } expected[] = {
+        {6, -128, 128, VTSAMPLE_LOOP_FORDWARD, 2, 6},
+        {2, 112, 128, VTSAMPLE_LOOP_NONE, 2, 4},
+        {0, 0, 6, VTSAMPLE_LOOP_NONE, 0, 0},
+    };
+    for (int i = 0; i < 3; ++i) {
+        const Sample& sample = *loaded.song->GetInstrument(i)->GetSample(0);
+        EXPECT_EQ(sample.Count(), expected[i].count) << i;
+        EXPECT_EQ(sample.fineTune, expected[i].fineTune) << i;
+        EXPECT_EQ(sample.volume, expected[i].volume) << i;
+        EXPECT_EQ(sample.data->loopType, expected[i].loopType) << i;
+        EXPECT_EQ(sample.data->loopStart, expected[i].loopStart) << i;
+        EXPECT_EQ(sample.data->loopEnd, expected[i].loopEnd) << i;
+    }
+    const float* wave = first.GetSample(0)->Wave();
+    EXPECT_EQ((std::vector<float>(wave, wave + 4)), (std::vector<float>{256, -256, -32768, 32512}));
+}
+
+// A length of 32769 words counts as one. Whether the other 65536 bytes stand in the file, its size tells.
+TEST(LoaderMOD, AWaveTooLongForItsLengthDoesNotShiftTheNextOnes) {
+    for (const bool whole : {true, false}) {
+        ModBuilder mod;
+        mod.samples = {{.wave = {1, 2}, .words = 0x8001}, {.wave = {3, 4}, .words = 1}};
+        if (whole) mod.samples[0].wave.resize(2 * 0x8001, 0xEE);
+        const auto loaded = LoadBytes(mod.Build());
+        ASSERT_TRUE(loaded.song);
+        EXPECT_EQ(JoinLines(loaded.report), "1 samples are longer than 65534 bytes: what goes beyond is dropped.\n");
+        EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(0)->Count(), 2u);
+        EXPECT_EQ(loaded.song->GetInstrument(1)->GetSample(0)->Wave()[0], 3 * 256.0f) << whole;
+    }
+}
+
+TEST(LoaderMOD, EveryPrefixIsRefusedOrToldAsShort) {
+    const auto whole = ModBuilder::Small().Build();
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        const auto loaded = LoadBytes({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)});
+        ASSERT_EQ(loaded.song != nullptr, size >= 1084) << size;
+        EXPECT_NE(loaded.song == nullptr, loaded.report.error.empty()) << size;
+        EXPECT_TRUE(!loaded.song || !loaded.report.lines.empty()) << size;
+    }
+}
+
+// Bytes in turn take values that a count, a size or a flag could lie with: all of the first records, some of the rest.
+TEST(LoaderMOD, NoSingleByteBreaksTheLoader) {
+    const auto whole = ModBuilder::Small().Build();
+    const auto start = std::chrono::steady_clock::now();
+    for (std::size_t at = 0; at < whole.size(); at += at < 110 ? 1 : 17)
+        for (const int value : {0, 1, 0x40, 0x7F, 0x80, 0xFF}) {
+            auto bytes = whole;
+            bytes[at] = static_cast<std::uint8_t>(value);
+            const auto loaded = LoadBytes(bytes);
+            ASSERT_NE(loaded.song == nullptr, loaded.report.error.empty()) << at << " " << value;
+        }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(60));
+}
+
+}  // namespace
+}  // namespace vonta
