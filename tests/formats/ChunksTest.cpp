@@ -8,11 +8,10 @@
 
 #include "formats/Record.h"
 #include "tests/support/ByteBuilder.h"
+#include "tests/support/LogCapture.h"
 
 namespace vonta {
 namespace {
-
-using test::ByteBuilder;
 
 TEST(ChunkWriter, LengthsCountTheBodiesOfEachLevel) {
     MemoryStream stream;
@@ -34,16 +33,14 @@ TEST(ChunkWriter, LengthsCountTheBodiesOfEachLevel) {
 }
 
 TEST(ChunkWriter, ASmallChunkThatHoldsTooMuchIsLogged) {
-    std::string log;
-    SetDebugSink([&](std::string_view line) { log += line; });
+    const LogCapture log;
     for (const std::size_t size : {65535u, 65536u}) {
-        EXPECT_EQ(log, "");
+        EXPECT_EQ(log.Text(), "");
         MemoryStream stream;
         ChunkWriter writer(stream);
         writer.SmallChunk(0x0101, [&] { writer.Out().FixedText({}, size); });
     }
-    SetDebugSink({});
-    EXPECT_EQ(log, "WARNING: WriteChunkLenghtW > 64k\n");
+    EXPECT_EQ(log.Text(), "WARNING: WriteChunkLenghtW > 64k\n");
 }
 
 struct Collector {
@@ -98,14 +95,12 @@ std::vector<ChunkCase> ChunkCases() {
 TEST(ChunkReader, ReadsWhatItKnowsAndPassesOverTheRest) {
     for (const auto& c : ChunkCases()) {
         SCOPED_TRACE(c.what);
-        std::string log;
-        SetDebugSink([&](std::string_view line) { log += line; });
+        const LogCapture log;
         MemoryStream stream(c.bytes.bytes);
         Collector collector{ChunkReader(stream), {}};
         collector.chunks.ReadList<Collector>(collector, kRows, "unknown");
-        SetDebugSink({});
         EXPECT_EQ(collector.seen, c.seen);
-        EXPECT_EQ(log, c.log);
+        EXPECT_EQ(log.Text(), c.log);
         EXPECT_EQ(collector.chunks.HasUnknownChunks(), c.unknown);
     }
 }

@@ -9,13 +9,10 @@
 #include <random>
 
 #include "tests/support/ByteBuilder.h"
-#include "tests/support/TempDir.h"
+#include "tests/support/TempDirectory.h"
 
 namespace vonta {
 namespace {
-
-using test::ByteBuilder;
-using test::TempDir;
 
 // While it lives, no file of this process grows beyond `bytes`.
 class FileSizeLimit {
@@ -36,12 +33,12 @@ private:
 };
 
 TEST(DiskStream, WritesAndReadsWhatAMemoryStreamDoesWhateverTheSteps) {
-    const TempDir dir;
+    const TempDirectory dir;
     std::mt19937 random(7);
     const auto below = [&](std::size_t n) { return std::uniform_int_distribution<std::size_t>(0, n - 1)(random); };
     DiskStream disk;
     MemoryStream memory;
-    const std::string path = dir.Path("file");
+    const std::string path = dir.File("file");
     ASSERT_TRUE(disk.Open(path, "wb"));
     for (int i = 0; i < 3000; ++i) {
         const std::vector<char> block(below(20) == 0 ? below(200000) : below(12), static_cast<char>(i));
@@ -71,26 +68,26 @@ TEST(DiskStream, WritesAndReadsWhatAMemoryStreamDoesWhateverTheSteps) {
 }
 
 TEST(DiskStream, NothingBesideTheTargetRemainsAndTheOldFileStaysUntilClose) {
-    const TempDir dir;
+    const TempDirectory dir;
     const std::string path = dir.Write("song", "old");
     DiskStream stream;
     ASSERT_TRUE(stream.Open(path, "wb"));
     Writer(stream).Text("new");
-    EXPECT_EQ(dir.Read("song"), "old");
+    EXPECT_EQ(dir.Text("song"), "old");
     EXPECT_TRUE(stream.Close());
-    EXPECT_EQ(dir.Read("song"), std::string("new\0", 4));
-    EXPECT_EQ(dir.CountFiles(), 1);
+    EXPECT_EQ(dir.Text("song"), std::string("new\0", 4));
+    EXPECT_EQ(dir.List().size(), 1u);
     {
         DiskStream dropped;
         ASSERT_TRUE(dropped.Open(path, "wb"));
         Writer(dropped).U32(1);
     }
-    EXPECT_EQ(dir.Read("song"), std::string("new\0", 4));
-    EXPECT_EQ(dir.CountFiles(), 1);
+    EXPECT_EQ(dir.Text("song"), std::string("new\0", 4));
+    EXPECT_EQ(dir.List().size(), 1u);
 }
 
 TEST(DiskStream, AFailedWriteLeavesTheOldFileWholeAndSaysWhy) {
-    const TempDir dir;
+    const TempDirectory dir;
     const std::string path = dir.Write("song", "old");
     const std::vector<char> block(1000, 'x');
     for (const rlim_t limit : {rlim_t{0}, rlim_t{1}, rlim_t{65536}, rlim_t{299999}}) {
@@ -101,8 +98,8 @@ TEST(DiskStream, AFailedWriteLeavesTheOldFileWholeAndSaysWhy) {
         EXPECT_FALSE(stream.Close());
         EXPECT_FALSE(stream.Close()) << "a second close must not turn the failure into a success";
         EXPECT_NE(stream.Error().find("File too large"), std::string::npos) << stream.Error();
-        EXPECT_EQ(dir.Read("song"), "old");
-        EXPECT_EQ(dir.CountFiles(), 1);
+        EXPECT_EQ(dir.Text("song"), "old");
+        EXPECT_EQ(dir.List().size(), 1u);
     }
 }
 
@@ -117,14 +114,14 @@ TEST(DiskStream, AFullDeviceFailsAtCloseAndStaysADevice) {
 }
 
 TEST(DiskStream, RefusesWhatIsNoFileWithoutWaiting) {
-    const TempDir dir;
-    ASSERT_EQ(::mkfifo(dir.Path("pipe").c_str(), 0600), 0);
+    const TempDirectory dir;
+    ASSERT_EQ(::mkfifo(dir.File("pipe").c_str(), 0600), 0);
     const struct { std::string path; const char* mode; const char* error; } cases[] = {
-        {dir.Path("missing"), "rb", "cannot open: No such file or directory"},
-        {dir.Path(""), "rb", "cannot open: Is a directory"},
-        {dir.Path(""), "wb", "cannot write: Is a directory"},
-        {dir.Path("no/such/place"), "wb", "cannot write: No such file or directory"},
-        {dir.Path("pipe"), "rb", "not a plain file: Operation not supported"},
+        {dir.File("missing"), "rb", "cannot open: No such file or directory"},
+        {dir.File(""), "rb", "cannot open: Is a directory"},
+        {dir.File(""), "wb", "cannot write: Is a directory"},
+        {dir.File("no/such/place"), "wb", "cannot write: No such file or directory"},
+        {dir.File("pipe"), "rb", "not a plain file: Operation not supported"},
     };
     for (const auto& c : cases) {
         DiskStream stream;
@@ -135,29 +132,29 @@ TEST(DiskStream, RefusesWhatIsNoFileWithoutWaiting) {
         EXPECT_EQ(stream.Write(&byte, 1, 1), 0u);
         EXPECT_FALSE(stream.Close());
     }
-    EXPECT_EQ(dir.CountFiles(), 1);
+    EXPECT_EQ(dir.List().size(), 1u);
 }
 
 TEST(DiskStream, ASaveKeepsTheModeAndTheLinkOfWhatItReplaces) {
-    const TempDir dir;
+    const TempDirectory dir;
     const std::string real = dir.Write("real", "old");
     std::filesystem::permissions(real, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
-    std::filesystem::create_symlink("real", dir.Path("link"));
+    std::filesystem::create_symlink("real", dir.File("link"));
     DiskStream stream;
-    ASSERT_TRUE(stream.Open(dir.Path("link"), "wb"));
+    ASSERT_TRUE(stream.Open(dir.File("link"), "wb"));
     Writer(stream).Text("new");
     ASSERT_TRUE(stream.Close());
-    EXPECT_TRUE(std::filesystem::is_symlink(dir.Path("link")));
-    EXPECT_EQ(dir.Read("real"), std::string("new\0", 4));
+    EXPECT_TRUE(std::filesystem::is_symlink(dir.File("link")));
+    EXPECT_EQ(dir.Text("real"), std::string("new\0", 4));
     EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(real).permissions()), 0600u);
 }
 
 TEST(DiskStream, ANameOfFullLengthCanBeSaved) {
-    const TempDir dir;
+    const TempDirectory dir;
     DiskStream stream;
-    ASSERT_TRUE(stream.Open(dir.Path(std::string(255, 'n')), "wb"));
+    ASSERT_TRUE(stream.Open(dir.File(std::string(255, 'n')), "wb"));
     EXPECT_TRUE(stream.Close());
-    EXPECT_EQ(dir.CountFiles(), 1);
+    EXPECT_EQ(dir.List().size(), 1u);
 }
 
 TEST(Streams, SeekStaysInsideTheFile) {

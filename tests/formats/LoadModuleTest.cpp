@@ -3,19 +3,17 @@
 #include <random>
 
 #include "formats/Loaders.h"
-#include "tests/support/TempDir.h"
+#include "tests/support/TempDirectory.h"
 #include "tests/support/XmBuilder.h"
 
 namespace vonta {
 namespace {
 
-using test::TempDir;
-
 TEST(LoadModule, WhatIsNoSongIsRefusedInOneLine) {
-    const TempDir dir;
+    const TempDirectory dir;
     const struct { std::string path, error; } cases[] = {
-        {dir.Path("missing"), "cannot open: No such file or directory"},
-        {dir.Path(""), "cannot open: Is a directory"},
+        {dir.File("missing"), "cannot open: No such file or directory"},
+        {dir.File(""), "cannot open: Is a directory"},
         {dir.Write("empty", ""), "the file is empty"},
         {dir.Write("text", "just a letter to somebody"), "not a song this program knows"},
         {dir.Write("cut", "Extended Module: a title"), "the file is cut short in its header"},
@@ -30,7 +28,7 @@ TEST(LoadModule, WhatIsNoSongIsRefusedInOneLine) {
 }
 
 TEST(LoadModule, TheSongIsValidated) {
-    test::XmBuilder xm = test::XmBuilder::Small();
+    XmBuilder xm = XmBuilder::Small();
     xm.bpm = 999;
     xm.tempo = 0;
     xm.length = 0;
@@ -61,7 +59,7 @@ TEST(LoadReport, HoldsTwentyLinesOfBoundedLengthAndTheFirstReason) {
 }
 
 TEST(SaveFile, ModesWithoutAFileLeaveNoneBehind) {
-    const TempDir dir;
+    const TempDirectory dir;
     const auto song = Song::MakeDefault();
     std::string base;
     SaveOptions mixdown;
@@ -75,11 +73,11 @@ TEST(SaveFile, ModesWithoutAFileLeaveNoneBehind) {
     };
     for (const auto& c : cases) {
         DiskStream stream;
-        ASSERT_TRUE(stream.Open(dir.Path("out"), "wb"));
+        ASSERT_TRUE(stream.Open(dir.File("out"), "wb"));
         EXPECT_EQ(SaveFile(&stream, static_cast<SaveMode>(c.mode), *song, c.options), c.result) << c.mode;
-        EXPECT_EQ(dir.CountFiles(), 0) << c.mode;
+        EXPECT_EQ(dir.List().size(), 0u) << c.mode;
     }
-    EXPECT_EQ(base, dir.Path("out"));
+    EXPECT_EQ(base, dir.File("out"));
     EXPECT_EQ(SaveFile(nullptr, SaveMode::Nothing, *song, {}), 1);
 }
 

@@ -9,10 +9,6 @@
 namespace vonta {
 namespace {
 
-using test::XmBuilder;
-using test::XmInstrumentSpec;
-using test::XmPatternSpec;
-
 struct Loaded {
     std::unique_ptr<Song> song;
     LoadReport report;
@@ -40,7 +36,7 @@ XmBuilder WithPattern(XmPatternSpec pattern, unsigned channels = 2) {
     return xm;
 }
 
-XmBuilder WithSamples(std::vector<test::XmSampleSpec> samples) {
+XmBuilder WithSamples(std::vector<XmSampleSpec> samples) {
     XmBuilder xm;
     xm.instruments.resize(1);
     xm.instruments[0].samples = std::move(samples);

@@ -28,6 +28,12 @@ public:
     const std::filesystem::path& Path() const { return path_; }
     std::string File(const std::string& name) const { return (path_ / name).string(); }
 
+    // Its path.
+    std::string Write(const std::string& name, const std::string& text) const {
+        std::ofstream(path_ / name, std::ios::binary) << text;
+        return File(name);
+    }
+
     // Names of what lies in it, hidden ones too.
     std::set<std::string> List() const {
         std::set<std::string> names;
@@ -38,6 +44,11 @@ public:
     std::vector<std::uint8_t> Bytes(const std::string& name) const {
         std::ifstream file(path_ / name, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    std::string Text(const std::string& name) const {
+        const auto bytes = Bytes(name);
+        return {bytes.begin(), bytes.end()};
     }
 
 private:

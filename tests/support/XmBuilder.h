@@ -7,7 +7,7 @@
 
 #include "tests/support/ByteBuilder.h"
 
-namespace vonta::test {
+namespace vonta {
 
 struct XmSampleSpec {
     std::string name = "sample";
@@ -109,4 +109,4 @@ private:
     }
 };
 
-}  // namespace vonta::test
+}  // namespace vonta
