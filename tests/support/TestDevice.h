@@ -45,6 +45,7 @@ public:
     // Set by the test before or between ticks.
     std::uint32_t ringBytes = 0x10000, position = 0, latency = 0;
     bool hasTimer = true;
+    bool record = true;                            // keep what WriteBlock is given
     int initResult = 1;
     bool synced = false, syncPlaying = false;
     float syncTempo = 0;
@@ -62,7 +63,7 @@ public:
         return initResult;
     }
     void WriteBlock(float* const* outputs, int frames, std::uint32_t byteOffset) override {
-        blocks.push_back({frames, byteOffset, {outputs[0], outputs[0] + 2 * frames}});
+        if (record) blocks.push_back({frames, byteOffset, {outputs[0], outputs[0] + 2 * frames}});
     }
     int GetPosition(std::uint32_t* bytes) override { *bytes = position; return 1; }
     std::uint32_t GetBufferSize() const override { return ringBytes; }
