@@ -1,8 +1,9 @@
 // The proof that the audio side allocates nothing, takes no lock but the command lock, and makes no system call: this
 // program counts every allocation and lock, and plays a song that uses everything in a process that the kernel kills at
-// the first call other than reading and writing.
+// the first call other than to read the clock.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pthread.h>
 #include <sys/prctl.h>
@@ -10,6 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstddef>
 #include <cstdlib>
 
 #include "tests/support/PlayerRig.h"
@@ -151,6 +153,21 @@ TEST(RealTime, TheBlockCycleTakesTheCommandLockOnceAndNoOther) {
     }
 }
 
+// From here on the kernel kills the process at any call but these; the clock needs one where the machine has no faster
+// way to it.
+bool ForbidSystemCalls() {
+    sock_filter rules[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_clock_gettime, 3, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_write, 2, 0),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_exit, 1, 0),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_KILL_PROCESS),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program{sizeof rules / sizeof rules[0], rules};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) == 0;
+}
+
 // In a process of its own, which ends with the result that it writes.
 TEST(RealTime, RenderMakesNoSystemCall) {
     int channel[2];
@@ -161,7 +178,7 @@ TEST(RealTime, RenderMakesNoSystemCall) {
         PlayerRig rig(EverySound());
         rig.player.Render(1024);
         char done = 0;
-        if (prctl(PR_SET_SECCOMP, SECCOMP_MODE_STRICT) == 0) {
+        if (ForbidSystemCalls()) {
             for (int i = 0; i < kBlocks; ++i) rig.player.Render(1024);
             done = 1;
         }
