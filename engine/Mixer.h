@@ -4,7 +4,8 @@
 // test, channel filters, synths, buses, send slots, groups, synths out, buses out; and per block: master slots,
 // amplification, clip. Audio thread, or the thread of a mixdown with the device stopped.
 //
-// Channel, bus, group and output buffers are at the 16-bit scale, effect slots at 1.0, synths at 0.5.
+// Channel, bus, group and output buffers are at the 16-bit scale, effect slots at 1.0, synths at 0.5. The buffer of a
+// slot with a mono output holds one float a frame. The stages themselves are in Stages.h.
 #pragma once
 
 #include <array>

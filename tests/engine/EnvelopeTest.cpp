@@ -56,15 +56,6 @@ TEST(Envelope, SustainHoldsUntilKeyOffAlsoInsideALoop) {
     EXPECT_EQ(Values(envelope, 9, 4), (Ints{0, 10, 20, 20, 20, 30, 0, 10, 20}));
 }
 
-TEST(Envelope, ASwitchedOffStateStays) {
-    const Envelope envelope = Curve({{0, 9}, {4, 64}});
-    EnvelopeState off{&envelope, 0, 2.0f, 0, 33}, empty{nullptr, 1};
-    AdvanceEnvelope(off, false, 1);
-    AdvanceEnvelope(empty, false, 1);
-    EXPECT_EQ(off.value, 33);
-    EXPECT_EQ(off.position, 2.0f);
-}
-
 TEST(Envelope, AnyBytesStayInRangeAndInTheTable) {
     std::mt19937 random(5);
     for (int round = 0; round < 2000; ++round) {

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
-#include <random>
 #include <vector>
 
 namespace vonta {
@@ -39,38 +38,17 @@ TEST(EqBand, LiftsOrCutsItsFrequencyByItsGainAtAnyRate) {
         }
 }
 
-TEST(EqBand, IsTransparentUntilSetAndKeepsItsStateWhenSetAgain) {
+TEST(EqBand, IsTransparentUntilSetAndKeepsTheStateOfEachSideWhenSetAgain) {
     std::vector<float> sound = {100, 7, -50, 7, 25, 7};
     const std::vector<float> before = sound;
     EqBand band;
     band.ProcessLeft(sound.data(), 3);
     EXPECT_EQ(sound, before);
     band.Set(44100, 1000, 20);
-    band.ProcessLeft(sound.data(), 1);             // hears the -50 and 25 before
-    EqBand fresh;
-    fresh.Set(44100, 1000, 20);
-    std::vector<float> alone = {100, 0};
-    fresh.ProcessLeft(alone.data(), 1);
-    EXPECT_NE(sound[0], alone[0]);
-    EXPECT_EQ(sound[1], 7);
-}
-
-TEST(EqBand, SidesDoNotMixAndCuttingChangesNothing) {
-    std::mt19937 random(3);
-    std::vector<float> whole(400);
-    for (float& v : whole) v = static_cast<float>(random() % 2000) - 1000;
-    std::vector<float> cut = whole;
-    EqBand one, other;
-    one.Set(44100, 3000, 9);
-    other.Set(44100, 3000, 9);
-    one.ProcessLeft(whole.data(), 200);
-    one.ProcessRight(whole.data() + 1, 200);
-    for (int at = 0, length; at < 200; at += length) {
-        length = std::min(at % 7 + 1, 200 - at);
-        other.ProcessRight(cut.data() + 2 * at + 1, length);
-        other.ProcessLeft(cut.data() + 2 * at, length);
-    }
-    EXPECT_EQ(cut, whole);
+    std::vector<float> both = {100, 100};
+    band.ProcessLeft(both.data(), 1);              // hears the -50 and 25 before; the right side is fresh
+    band.ProcessRight(both.data() + 1, 1);
+    EXPECT_NE(both[0], both[1]);
 }
 
 TEST(EqBand, StaysSaneWithWhateverASongHolds) {

@@ -12,6 +12,16 @@ namespace {
 
 constexpr float kScale = 32768.0f;
 
+void Feed(Channel& channel, int slot, float level = 1) {
+    channel.sendMask |= 1u << slot;
+    channel.sends[slot] = level;
+}
+
+// The first way out of a slot; the others stay shut.
+FxRouting Way(int target, float gain = 1) {
+    return {{target, kNoTarget, kNoTarget, kNoTarget}, {gain, 1, 1, 1}, {1, 1, 1, 1}};
+}
+
 TEST(Routing, EachWayOutTakesTheChannelsThatItShould) {
     enum From { kTrack, kReserve, kFadingReserve, kMutedInstrument, kStopped };
     struct Case { const char* name; From from; int group, bus, send; Frame want; };
@@ -23,6 +33,7 @@ TEST(Routing, EachWayOutTakesTheChannelsThatItShould) {
         {"no way out", kTrack, 0, 0, 0, {0, 0}},
         {"reserve reaches group and send but no bus", kReserve, 1, 1, 1, {250, 400}},
         {"reserve to the bus alone", kReserve, 0, 1, 0, {0, 0}},
+        {"fading reserve", kFadingReserve, 1, 1, 1, {250, 400}},
         {"muted instrument", kMutedInstrument, 1, 1, 1, {0, 0}},
         {"stopped", kStopped, 1, 1, 1, {0, 0}},
     };
@@ -30,35 +41,21 @@ TEST(Routing, EachWayOutTakesTheChannelsThatItShould) {
         SoundRig rig;
         rig.Effect(0).gain = 1;
         rig.song->buses[0].active = 1;
-        Channel& channel = c.from == kReserve ? rig.Reserve(5, 100, 200) : rig.Track(5, 100, 200);
-        if (c.from == kStopped) channel.active = 0;
+        const bool reserve = c.from == kReserve || c.from == kFadingReserve;
+        Channel& channel = reserve ? rig.Reserve(5, 100, 200) : rig.Track(5, 100, 200);
+        if (c.from == kStopped || c.from == kFadingReserve) channel.active = 0;
+        if (c.from == kFadingReserve) channel.voices[0].fadeCount = 16;
         channel.instrumentMuted = c.from == kMutedInstrument;
         channel.busLeft = 2.0f;
         channel.busRight = 1.5f;
         channel.groupOutput = static_cast<std::uint8_t>(c.group);
         channel.busMask = static_cast<std::uint8_t>(c.bus);
-        channel.sendMask = static_cast<std::uint32_t>(c.send);
-        channel.sends[0] = 1;                      // at pan 0.5 half of it reaches each side
+        if (c.send) Feed(channel, 0);              // at pan 0.5 half of it reaches each side
         rig.Block();
         const Frame out = rig.mixer->outputUsed[0] ? rig.Out() : Frame{0, 0};
         EXPECT_EQ(out, c.want) << c.name;
         EXPECT_EQ(rig.mixer->outputUsed[0] != 0, c.want != Frame(0, 0)) << c.name;
     }
-}
-
-TEST(Routing, AFadingChannelKeepsItsWaysUntilTheFadeHasEnded) {
-    SoundRig rig;
-    Channel& channel = rig.Reserve(0, 256, 256);
-    channel.groupOutput = 1;
-    channel.active = 0;
-    channel.voices[0].fadeCount = 8;
-    channel.voices[0].fadeLeft = channel.voices[0].fadeRight = -32;
-    rig.Block(16);
-    EXPECT_EQ(rig.Out(0, 0).first, 224);
-    EXPECT_EQ(rig.Out(0, 8).first, 0);
-    rig.Block(16);
-    EXPECT_EQ(rig.mixer->outputUsed[0], 0);
-    EXPECT_EQ(channel.tailFlag, 0);
 }
 
 TEST(Routing, GroupsGoToTheOutputOfTheInstrumentAndAreMarked) {
@@ -112,9 +109,7 @@ TEST(Routing, SlotsTakeAndGiveMonoOrStereo) {
         effect.volume = volume;
         effect.pan = 0.25f;
         effect.output = 7;
-        Channel& channel = rig.Track(0, l, r);
-        channel.sendMask = 1u << 2;
-        channel.sends[2] = level;
+        Feed(rig.Track(0, l, r), 2, level);
         rig.Block(5);
         ASSERT_EQ(effect.input.size(), c.input.size() * 5);
         for (std::size_t i = 0; i < effect.input.size(); ++i)
@@ -140,13 +135,8 @@ TEST(Routing, OneSlotFeedsAnotherAtVolumeAndGain) {
         TestEffect& to = rig.Effect(3, c.stereoIn, true);
         from.volume = 0.5f;
         from.pan = 0.25f;
-        Channel& channel = rig.Track(0, l * kScale, r * kScale);
-        channel.sendMask = 1;
-        channel.sends[0] = 1;
-        FxRouting& routing = rig.song->fxRouting[0];
-        routing.target = {3, kNoTarget, kNoTarget, kNoTarget};
-        routing.enabled = {1, 1, 1, 1};
-        routing.gain[0] = 0.25f;
+        Feed(rig.Track(0, l * kScale, r * kScale), 0);
+        rig.song->fxRouting[0] = Way(3, 0.25f);
         rig.Block(3);
         ASSERT_EQ(to.input.size(), 3 * c.want.size());
         for (std::size_t i = 0; i < to.input.size(); ++i) EXPECT_EQ(to.input[i], c.want[i % c.want.size()]);
@@ -159,15 +149,8 @@ TEST(Routing, TheLastWayIntoASlotStandsAndItsOwnSendsAddToIt) {
     rig.Effect(0);
     rig.Effect(1);
     TestEffect& target = rig.Effect(2);
-    for (int slot = 0; slot < 3; ++slot) {
-        Channel& channel = rig.Track(slot, kScale * static_cast<float>(slot + 1), 0);
-        channel.sendMask = 1u << slot;
-        channel.sends[slot] = 1;
-    }
-    for (int slot = 0; slot < 2; ++slot) {
-        rig.song->fxRouting[slot].target = {2, kNoTarget, kNoTarget, kNoTarget};
-        rig.song->fxRouting[slot].enabled[0] = 1;
-    }
+    for (int slot = 0; slot < 3; ++slot) Feed(rig.Track(slot, kScale * static_cast<float>(slot + 1), 0), slot);
+    for (int slot = 0; slot < 2; ++slot) rig.song->fxRouting[slot] = Way(2);
     rig.Block();
     EXPECT_EQ(target.input[0], 2 * 0.5f + 3);      // slot 1 at pan 0.5, and track 2; nothing of slot 0
 }
@@ -180,11 +163,8 @@ TEST(Routing, WhatCannotBeFedIsSkipped) {
         TestEffect& off = rig.Effect(4);
         off.on = 0;
         rig.Effect(8);
-        Channel& channel = rig.Track(0, kScale, kScale);
-        channel.sendMask = 1u << 1;
-        channel.sends[1] = 1;
-        rig.song->fxRouting[1].target[0] = target;
-        rig.song->fxRouting[1].enabled[0] = 1;
+        Feed(rig.Track(0, kScale, kScale), 1);
+        rig.song->fxRouting[1] = Way(target);
         const StereoBuffer before = rig.mixer->fxBuffer[0];
         rig.Block();
         EXPECT_EQ(rig.Out(0), Frame(kScale / 2, kScale / 2)) << target;
@@ -198,8 +178,7 @@ TEST(Routing, ATailReachesOutputAndLaterSlotsWithoutInput) {
     SoundRig rig;
     TestEffect& effect = rig.Effect(0);
     TestEffect& next = rig.Effect(1);
-    rig.song->fxRouting[0].target[0] = 1;
-    rig.song->fxRouting[0].enabled[0] = 1;
+    rig.song->fxRouting[0] = Way(1);
     rig.Block();
     EXPECT_EQ(rig.mixer->outputUsed[0], 0);
     EXPECT_EQ(rig.mixer->fxUsed, 0);
@@ -209,22 +188,6 @@ TEST(Routing, ATailReachesOutputAndLaterSlotsWithoutInput) {
     EXPECT_EQ(next.silent, (std::vector<int>{1, 0}));
     EXPECT_EQ(rig.Out(), Frame((0.25f + 0.125f) * kScale, (0.25f + 0.125f) * kScale));
     EXPECT_EQ(rig.mixer->fxUsed, 3);
-}
-
-TEST(Routing, AMutedSlotRunsButGoesNowhere) {
-    SoundRig rig;
-    TestEffect& effect = rig.Effect(0);
-    TestEffect& next = rig.Effect(1);
-    effect.muted = 1;
-    Channel& channel = rig.Track(0, kScale, kScale);
-    channel.sendMask = 1;
-    channel.sends[0] = 1;
-    rig.song->fxRouting[0].target[0] = 1;
-    rig.song->fxRouting[0].enabled[0] = 1;
-    rig.Block();
-    EXPECT_EQ(effect.silent, std::vector<int>{0});
-    EXPECT_EQ(next.silent, std::vector<int>{1});
-    EXPECT_EQ(rig.mixer->outputUsed[0], 0);
 }
 
 TEST(Routing, IdleSlotsAndBusesAreSilencedOnlyWhenAsked) {
@@ -383,10 +346,8 @@ TEST(Routing, WhatIsNoNumberDoesNotSpreadThroughPlugins) {
     TestEffect& broken = rig.Effect(0);
     broken.tail = nan;
     TestEffect& fed = rig.Effect(1);
-    rig.song->fxRouting[0].enabled[0] = 1;
-    Channel& channel = rig.Track(0, nan, 100);
-    channel.sendMask = 2;
-    channel.sends[1] = 1;
+    rig.song->fxRouting[0] = Way(1);
+    Feed(rig.Track(0, nan, 100), 1);
     rig.Block();
     for (const float v : fed.input) EXPECT_TRUE(std::isfinite(v));
     EXPECT_TRUE(std::isfinite(rig.Out().first));
