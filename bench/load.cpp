@@ -9,6 +9,9 @@
 namespace vonta {
 namespace {
 
+using test::XmBuilder;
+using test::XmPatternSpec;
+
 // 1 MB of patterns, 9 MB of waves.
 XmBuilder BigModule(unsigned type) {
     XmBuilder xm;

@@ -12,6 +12,8 @@
 namespace vonta {
 namespace {
 
+using test::XmBuilder;
+
 using Bytes = std::vector<std::uint8_t>;
 
 std::vector<Bytes> ChunkSeeds() {

@@ -13,6 +13,8 @@
 namespace vonta {
 namespace {
 
+using test::ByteBuilder;
+
 TEST(ChunkWriter, LengthsCountTheBodiesOfEachLevel) {
     MemoryStream stream;
     ChunkWriter writer(stream);

@@ -14,6 +14,8 @@
 namespace vonta {
 namespace {
 
+using test::ByteBuilder;
+
 // While it lives, no file of this process grows beyond `bytes`.
 class FileSizeLimit {
 public:

@@ -9,6 +9,8 @@
 namespace vonta {
 namespace {
 
+using test::XmBuilder;
+
 TEST(LoadModule, WhatIsNoSongIsRefusedInOneLine) {
     const TempDirectory dir;
     const struct { std::string path, error; } cases[] = {

@@ -9,6 +9,11 @@
 namespace vonta {
 namespace {
 
+using test::XmBuilder;
+using test::XmInstrumentSpec;
+using test::XmPatternSpec;
+using test::XmSampleSpec;
+
 struct Loaded {
     std::unique_ptr<Song> song;
     LoadReport report;

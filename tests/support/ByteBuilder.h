@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vonta {
+namespace vonta::test {
 
 struct ByteBuilder {
     std::vector<std::uint8_t> bytes;
@@ -49,4 +49,4 @@ private:
     }
 };
 
-}  // namespace vonta
+}  // namespace vonta::test

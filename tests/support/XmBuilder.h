@@ -7,7 +7,7 @@
 
 #include "tests/support/ByteBuilder.h"
 
-namespace vonta {
+namespace vonta::test {
 
 struct XmSampleSpec {
     std::string name = "sample";
@@ -109,4 +109,4 @@ private:
     }
 };
 
-}  // namespace vonta
+}  // namespace vonta::test
