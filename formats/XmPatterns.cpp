@@ -87,10 +87,11 @@ public:
     bool Read(int index) {
         XmPatternHeader header;
         if (!ReadHeader(index, header)) return false;
-        auto pattern = index < kMaxPatterns ? std::make_unique<Pattern>() : nullptr;
-        if (pattern) pattern->SetNumRows(header.rows);
-        if (header.packedSize != 0 && !ReadCells(index, header, pattern.get())) return false;
-        if (pattern) song_.AddPattern(std::move(pattern));
+        if (index >= kMaxPatterns) return in_.Stream().Seek(header.packedSize, kFromHere) || FailCut(index);
+        auto pattern = std::make_unique<Pattern>();
+        pattern->SetNumRows(header.rows);
+        if (header.packedSize != 0 && !ReadCells(index, header, *pattern)) return false;
+        song_.AddPattern(std::move(pattern));
         return true;
     }
 
@@ -115,16 +116,16 @@ private:
     }
 
     // Leaves the stream behind the pattern: where the packed size puts the next one, unless that lies beyond the file.
-    bool ReadCells(int index, const XmPatternHeader& header, Pattern* pattern) {
+    bool ReadCells(int index, const XmPatternHeader& header, Pattern& pattern) {
         const std::int64_t start = in_.Stream().Tell();
         const bool whole = in_.Remaining() >= header.packedSize;
-        auto decoded = DecodeCells(Peek(header.packedSize), header.rows, header_.channels, pattern);
+        auto decoded = DecodeCells(Peek(header.packedSize), header.rows, header_.channels, &pattern);
         std::int64_t size = whole ? header.packedSize : static_cast<std::int64_t>(decoded.consumed);
         if (!decoded.complete) {
             const auto bytes = Peek(header.packedSize + kSizeWrap);
             decoded = DecodeCells(bytes, header.rows, header_.channels, nullptr);
             if (decoded.complete && decoded.consumed == header.packedSize + kSizeWrap) {
-                DecodeCells(bytes, header.rows, header_.channels, pattern);
+                DecodeCells(bytes, header.rows, header_.channels, &pattern);
                 size = static_cast<std::int64_t>(decoded.consumed);
             } else if (whole) {
                 report_.Add("Pattern %i holds less than its rows: the others are empty.", index);

@@ -2,16 +2,18 @@
 // chance. A target without a row here starts from nothing.
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "formats/Chunks.h"
+#include "formats/Loaders.h"
+#include "tests/support/ModBuilder.h"
 #include "tests/support/XmBuilder.h"
 
 namespace vonta {
 namespace {
 
+using test::ModBuilder;
 using test::XmBuilder;
 
 using Bytes = std::vector<std::uint8_t>;
@@ -31,14 +33,29 @@ std::vector<Bytes> ChunkSeeds() {
     return {stream.Bytes()};
 }
 
+// A song in its native form.
+Bytes Native(const Bytes& module, bool compress) {
+    MemoryStream from(module), to;
+    LoadReport report;
+    bool unknown = false;
+    const auto song = LoadModule(from, unknown, report);
+    SaveOptions options;
+    options.compress = compress;
+    SaveFile(&to, SaveMode::Module, *song, options);
+    return to.Bytes();
+}
+
 std::vector<Bytes> ModuleSeeds() {
-    XmBuilder bare;
     XmBuilder looped = XmBuilder::Small();
     looped.instruments[1].samples[0].type = 2;
     looped.instruments[1].samples[1].type = 0x12;
     looped.instruments[1].panType = 7;
     looped.patterns[0].cells = {49, 2, 0x60, 4, 0x37, 0x9E, 2, 0x71, 0x0E, 0x93};
-    return {bare.Build(), XmBuilder::Small().Build(), looped.Build()};
+    XmBuilder sounding = looped;
+    sounding.instruments[1].samples[0].wave.resize(2000, 3);
+    const Bytes module = sounding.Build();
+    return {XmBuilder{}.Build(),     XmBuilder::Small().Build(), looped.Build(), module,
+            ModBuilder::Small().Build(), Native(module, false),  Native(module, true)};
 }
 
 struct SeedRow {
