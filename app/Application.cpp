@@ -1,0 +1,98 @@
+#include "app/Application.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/Messages.h"
+#include "app/StartDirectory.h"
+#include "audio/CreateDevice.h"
+#include "formats/Loaders.h"
+#include "platform/Debug.h"
+
+namespace vonta {
+namespace {
+
+constexpr const char* kNoSoundMessage = "Can't init sound. Try with another configuration.";
+constexpr const char* kBackupMessage = "Internal error, backup.vtm saved";
+constexpr const char* kNoBackupMessage = "Internal error, backup.vtm could not be saved";
+constexpr int kCrashStatus = 1;
+
+// To the directory, which is made if need be.
+bool ChangeTo(const std::string& directory) {
+    std::error_code failed;
+    std::filesystem::create_directories(directory, failed);
+    std::filesystem::current_path(directory, failed);
+    return !failed;
+}
+
+}  // namespace
+
+int GMain::Init(const std::optional<SoundChoice>& sound) {
+    DebugOutput("* Init program...\n");
+    m_pSndPlayer = std::make_unique<SndPlayer>(CreateDevice);
+    m_szStartDir = FindStartDirectory();
+    return sound ? StartSound(*sound) : 0;
+}
+
+int GMain::StartSound(const SoundChoice& sound) {
+    DebugOutput("* Starting m_pSndPlayer->..\n");
+    const int kind = static_cast<int>(sound.kind);
+    if (m_pSndPlayer->StartSound(nullptr, kind, sound.deviceIndex, this, sound.sampleRate) != 0) {
+        DebugOutput("*ERROR starting m_pSndPlayer->\n");
+        Complain(kNoSoundMessage);
+        return 1;
+    }
+    DebugOutput("* SndPlayer started\n");
+    DebugOutput("\tSound devices:\n");
+    DrvSound& device = *m_pSndPlayer->GetDevice();
+    for (int i = 0; i < device.GetNumDevices(); ++i) DebugOutput("\t- %s\n", device.GetDeviceName(i).c_str());
+    DebugOutput("* Starting Mixer Engine...\n");
+    m_pSndPlayer->SetMixerOn(true);
+    return 0;
+}
+
+void GMain::Shutdown() {
+    // A backup that runs on the audio side still reads the song, and ends the process when it is done.
+    while (m_nCrashGuard != 0) pause();
+    m_pSndPlayer.reset();
+}
+
+void GMain::InstallSong(std::unique_ptr<Song> song) {
+    const MixerPause pause(*m_pSndPlayer);
+    m_pSndPlayer->SetSong(std::move(song));
+}
+
+bool GMain::SaveBackup(std::string& error) {
+    if (!m_pSndPlayer) {
+        error = "there is no song";
+        return false;
+    }
+    if (!ChangeTo(m_szStartDir)) {
+        error = m_szStartDir + " cannot be entered";
+        return false;
+    }
+    DiskStream stream;
+    if (stream.Open(kBackupName, "wb") && SaveFile(&stream, SaveMode::Module, m_pSndPlayer->GetSong(), {}) == 0)
+        return true;
+    error = stream.Error();
+    return false;
+}
+
+void GMain::CrashBackup(bool audioFault) {
+    if (m_nCrashGuard.fetch_add(1) != 0) return;
+    std::string error;
+    const bool saved = SaveBackup(error);
+    if (!audioFault && m_pSndPlayer) m_pSndPlayer->SetMixerOn(false);
+    if (saved) Complain(m_szStartDir, kBackupMessage);
+    else if (error.empty()) Complain(kNoBackupMessage);
+    else Complain(kNoBackupMessage, error);
+    // Nothing that the fault may have broken is run again, and the audio side cannot wait for itself: the process goes
+    // as it stands.
+    std::fflush(nullptr);
+    std::_Exit(kCrashStatus);
+}
+
+}  // namespace vonta

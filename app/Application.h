@@ -1,0 +1,71 @@
+// The application: holds what there is one of, in the order in which it comes and goes, and saves the song if the
+// program fails.
+//
+// One instance, made and used on the main thread. Only OnCrash may come from the audio side.
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "engine/SndPlayer.h"
+#include "platform/FaultGuard.h"
+
+namespace vonta {
+
+struct SoundChoice {
+    DeviceKind kind = DeviceKind::NoSound;
+    int deviceIndex = 0;
+    std::uint32_t sampleRate = 44100;                // Hz
+};
+
+class GMain final : public CrashHandler {
+public:
+    static constexpr const char* kBackupName = "backup.vtm";
+
+    GMain() = default;
+    ~GMain() override { Shutdown(); }
+    GMain(const GMain&) = delete;
+    GMain& operator=(const GMain&) = delete;
+
+    // Creates everything; opens the device and turns the mixer on if one is asked for: what needs no real time works
+    // without. 0 on success, 1 on failure, which has then been told.
+    int Init(const std::optional<SoundChoice>& sound = {});
+    void Shutdown();
+
+    SndPlayer* GetSndPlayer() const { return m_pSndPlayer.get(); }
+    const std::string& GetStartDir() const { return m_szStartDir; }
+    void InstallSong(std::unique_ptr<Song> song);
+
+    // Does a piece of work and returns its result; should it fault, the song is saved and the process ended.
+    template <class Work>
+    int Guarded(Work work) {
+        struct Job {
+            Work& work;
+            int result;
+        } job{work, 0};
+        const auto run = [](void* argument) {
+            Job& mine = *static_cast<Job*>(argument);
+            mine.result = mine.work();
+        };
+        if (!RunGuarded(run, &job)) CrashBackup(false);
+        return job.result;
+    }
+
+    // Saves the song beside the configuration and ends the process with status 1. Returns only if a backup is already
+    // running. After a fault of the audio side it is that side's thread which comes here.
+    void CrashBackup(bool audioFault);
+    void OnCrash(int audioFault) override { CrashBackup(audioFault != 0); }
+
+private:
+    int StartSound(const SoundChoice& sound);
+    bool SaveBackup(std::string& error);             // in the start directory
+
+    std::unique_ptr<SndPlayer> m_pSndPlayer;
+    std::string m_szStartDir;
+    std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: a backup is being made
+};
+
+}  // namespace vonta

@@ -1,0 +1,25 @@
+#include "app/Interrupt.h"
+
+#include <atomic>
+#include <csignal>
+
+namespace vonta {
+namespace {
+
+std::atomic<bool> g_interrupted{false};
+static_assert(std::atomic<bool>::is_always_lock_free);   // else a signal handler may not touch it
+
+void Note(int) { g_interrupted = true; }
+
+}  // namespace
+
+void WatchInterrupt() {
+    struct sigaction action {};
+    action.sa_handler = Note;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    sigaction(SIGINT, &action, nullptr);
+}
+
+bool Interrupted() { return g_interrupted; }
+
+}  // namespace vonta
