@@ -42,8 +42,8 @@ void LoadPatterns(Reader& in, const ModHeader& header, int channels, Song& song)
     for (int i = 0; i <= last; ++i) song.AddPattern(LoadPattern(in, channels, bytes));
 }
 
-// Lengths in bytes are held in 16 bits, so that longer waves lose what goes beyond. If the file has all of it, that is
-// passed over, and the next instruments keep their waves.
+// Lengths in bytes are held in 16 bits, so that longer waves lose what goes beyond. If the file has all of it,
+// that is passed over, and the next instruments keep their waves.
 bool HoldsWholeWaves(const Reader& in, const ModHeader& header) {
     std::int64_t bytes = 0;
     for (const ModSample& sample : header.samples) bytes += std::int64_t{sample.length} * kModWordBytes;
@@ -91,14 +91,16 @@ void LoadInstruments(Reader& in, const ModHeader& header, Song& song, LoadReport
         song.AddInstrument(MakeInstrument(in, sample, wholeWaves));
         cut += sample.length * kModWordBytes > WordsToBytes(sample.length);
     }
-    if (cut > 0) report.Add("%i samples are longer than %i bytes: what goes beyond is dropped.", cut, kMaxWaveBytes);
+    if (cut > 0)
+        report.Add("%i samples are longer than %i bytes: what goes beyond is dropped.", cut, kMaxWaveBytes);
 }
 
 }  // namespace
 
 bool LoaderMOD::Check(FileStream& stream) {
     ModTag tag;
-    return stream.Seek(kModTagOffset, kFromStart) && stream.Read(tag.data(), tag.size(), 1) == 1 && IsModTag(tag);
+    return stream.Seek(kModTagOffset, kFromStart) && stream.Read(tag.data(), tag.size(), 1) == 1 &&
+           IsModTag(tag);
 }
 
 std::unique_ptr<Song> LoaderMOD::Load(FileStream& stream, LoadReport& report) {

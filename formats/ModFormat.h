@@ -1,7 +1,7 @@
 // The module of 31 instruments, for its reader and its writer.
 //
-// A header of 1084 bytes, patterns of 64 rows, then one wave of signed bytes for each instrument. Numbers of two
-// bytes are big-endian, and the lengths among them count words of two bytes.
+// A header of 1084 bytes, patterns of 64 rows, then one wave of signed bytes for each instrument. Numbers of
+// two bytes are big-endian, and the lengths among them count words of two bytes.
 #pragma once
 
 #include <array>

@@ -39,7 +39,8 @@ bool HasMixer(const Song& song) {
     const auto isFilled = [](const auto& slot) { return slot != nullptr; };
     return (song.fxSlotTable && std::any_of(song.fxSlotTable->begin(), song.fxSlotTable->end(), isFilled)) ||
            std::any_of(song.fxSlots.begin(), song.fxSlots.end(), isFilled) ||
-           std::any_of(song.fxNames.begin(), song.fxNames.end(), [](const auto& name) { return !name.empty(); }) ||
+           std::any_of(song.fxNames.begin(), song.fxNames.end(),
+                       [](const auto& name) { return !name.empty(); }) ||
            std::any_of(song.buses.begin(), song.buses.end(), [](const Bus& bus) { return bus.active != 0; }) ||
            song.masterVolume != 1.0f;
 }
@@ -50,7 +51,8 @@ constexpr LossRow<Song> kSongRows[] = {
      [](const Song& s, const FormatLimits& to) {
          return !to.tempo && (s.tempo != kDefaultTempo || s.bpm != kDefaultBpm);
      }},
-    {"Effects, buses and master volume left out", [](const Song& s, const FormatLimits&) { return HasMixer(s); }},
+    {"Effects, buses and master volume left out",
+     [](const Song& s, const FormatLimits&) { return HasMixer(s); }},
 };
 
 constexpr LossRow<Pattern> kPatternRows[] = {
@@ -63,7 +65,8 @@ constexpr LossRow<Pattern> kPatternRows[] = {
 constexpr LossRow<Cell> kCellRows[] = {
     {"Note offs left out",
      [](const Cell& c, const FormatLimits& to) { return !to.noteOffs && c.note == kNoteOff; }},
-    {"Notes too low for the file", [](const Cell& c, const FormatLimits& to) { return c.note < to.lowestNote; }},
+    {"Notes too low for the file",
+     [](const Cell& c, const FormatLimits& to) { return c.note < to.lowestNote; }},
     {"Volume column entries left out",
      [](const Cell& c, const FormatLimits& to) {
          return to.volumeColumn ? (c.volume & kVolumeCommand) != 0 : c.volume != kNoVolume;
@@ -103,7 +106,9 @@ constexpr LossRow<Sample> kSampleRows[] = {
          return !to.pingPong && s.data->loopType == VTSAMPLE_LOOP_PINGPONG;
      }},
     {"Relative notes and pannings of samples left out",
-     [](const Sample& s, const FormatLimits& to) { return !to.tuning && (s.toneRel != 0 || s.panning != 128); }},
+     [](const Sample& s, const FormatLimits& to) {
+         return !to.tuning && (s.toneRel != 0 || s.panning != 128);
+     }},
 };
 
 // Counts for one table.
@@ -131,7 +136,8 @@ void TellExcess(LoadReport& report, const char* what, int has, int limit) {
 
 template <class Owners>
 int CountFrom(const Owners& owners, int first) {
-    return static_cast<int>(std::count_if(owners.begin() + first, owners.end(), [](const auto& p) { return !!p; }));
+    return static_cast<int>(
+        std::count_if(owners.begin() + first, owners.end(), [](const auto& p) { return !!p; }));
 }
 
 void ReportPatterns(const Song& song, const FormatLimits& limits, LoadReport& report) {

@@ -1,5 +1,5 @@
-// What a song holds and the file of another tracker has no place for: told to the user in one line each, with how
-// often it occurs.
+// What a song holds and the file of another tracker has no place for: told to the user in one line each, with
+// how often it occurs.
 #pragma once
 
 #include <cstdint>

@@ -54,8 +54,8 @@ ModSample MakeSampleRecord(const Song& song, int number) {
     return record;
 }
 
-// Readers take the highest number of all 128 entries for the last pattern. Leftovers behind the song's end must not
-// make them look for patterns that nobody ever wrote.
+// Readers take the highest number of all 128 entries for the last pattern. Leftovers behind the song's end must
+// not make them look for patterns that nobody ever wrote.
 void FillOrders(const Song& song, ModHeader& header) {
     for (std::size_t i = 0; i < header.orders.size(); ++i) {
         const std::uint8_t pattern = song.patternList[i];
@@ -82,8 +82,8 @@ std::span<std::uint8_t, kModCellBytes> CellAt(PatternBytes& bytes, int channels,
     return std::span(bytes).subspan(cell * kModCellBytes).first<kModCellBytes>();
 }
 
-// Patterns of a file have 64 rows. A shorter one goes on to the next position after its last row if a cell there has
-// no effect, and if no cell of that row says where to go already.
+// Patterns of a file have 64 rows. A shorter one goes on to the next position after its last row if a cell
+// there has no effect, and if no cell of that row says where to go already.
 void EndShortPattern(PatternBytes& bytes, int channels, int row) {
     int free = -1;
     for (int channel = channels - 1; channel >= 0; --channel) {

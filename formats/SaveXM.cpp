@@ -77,8 +77,8 @@ using CellFields = std::array<std::uint8_t, kXmMaxCellBytes>;   // note, instrum
 
 CellFields FileCell(const Cell& cell) {
     const bool known = cell.effect <= kLastForeignEffect;
-    return {FileNote(cell.note), cell.instrument, FileVolume(cell.volume), known ? cell.effect : std::uint8_t{0},
-            FileParam(cell.effect, cell.param)};
+    return {FileNote(cell.note), cell.instrument, FileVolume(cell.volume),
+            known ? cell.effect : std::uint8_t{0}, FileParam(cell.effect, cell.param)};
 }
 
 void AppendCell(std::vector<std::uint8_t>& out, const CellFields& fields) {
@@ -95,8 +95,8 @@ void AppendCell(std::vector<std::uint8_t>& out, const CellFields& fields) {
     }
 }
 
-// The cells of a pattern, packed. A field of 16 bits holds their size, so in a pattern that is long, wide and full
-// the last cells become empty ones, of one byte; the number of those is added to cellsLost.
+// The cells of a pattern, packed. A field of 16 bits holds their size, so in a pattern that is long, wide and
+// full the last cells become empty ones, of one byte; the number of those is added to cellsLost.
 std::vector<std::uint8_t> PackCells(const Pattern* pattern, int rows, int channels, int& cellsLost) {
     std::vector<std::uint8_t> out;
     auto cellsLeft = static_cast<std::size_t>(rows * channels);
@@ -186,24 +186,40 @@ XmSampleHeader MakeSampleHeader(const Sample& sample, const WaveForm& form) {
     return record;
 }
 
-// Each frame as its difference to the one before.
+template <class Integer>
+void ToFrames(std::span<const float> wave, std::size_t channels, float scale, std::vector<Integer>& frames) {
+    frames.resize(wave.size() / channels);
+    if (channels == 1)
+        for (std::size_t i = 0; i < frames.size(); ++i) frames[i] = ToInteger<Integer>(wave[i] * scale);
+    else
+        for (std::size_t i = 0; i < frames.size(); ++i)
+            frames[i] = ToInteger<Integer>((wave[2 * i] + wave[2 * i + 1]) * 0.5f * scale);
+}
+
+// Each frame as its difference to the one before, modulo its width.
+template <class Integer>
+void ToDeltas(const std::vector<Integer>& frames, Integer last, std::vector<std::uint8_t>& bytes) {
+    bytes.resize(frames.size() * sizeof(Integer));
+    for (std::size_t i = 0; i < frames.size(); ++i) {
+        const int delta = frames[i] - last;
+        last = frames[i];
+        for (std::size_t byte = 0; byte < sizeof(Integer); ++byte)
+            bytes[i * sizeof(Integer) + byte] = static_cast<std::uint8_t>(delta >> 8 * byte);
+    }
+}
+
 template <class Integer>
 void SaveDeltas(RecordWriter& io, std::span<const float> wave, std::size_t channels, float scale) {
+    std::vector<Integer> frames;
     std::vector<std::uint8_t> bytes;
-    const auto blockFloats = kFramesAtOnce * channels;
     Integer last = 0;
-    for (; !wave.empty(); wave = wave.subspan(std::min(blockFloats, wave.size()))) {
-        const auto block = wave.first(std::min(blockFloats, wave.size()));
-        bytes.resize(block.size() / channels * sizeof(Integer));
-        for (std::size_t i = 0, at = 0; at < bytes.size(); i += channels) {
-            const float frame = channels == 1 ? block[i] : (block[i] + block[i + 1]) * 0.5f;
-            const auto value = ToInteger<Integer>(frame * scale);
-            const auto delta = static_cast<unsigned>(value - last);
-            last = value;
-            for (std::size_t byte = 0; byte < sizeof(Integer); ++byte)
-                bytes[at++] = static_cast<std::uint8_t>(delta >> 8 * byte);
-        }
+    while (!wave.empty()) {
+        const auto block = wave.first(std::min(kFramesAtOnce * channels, wave.size()));
+        ToFrames(block, channels, scale, frames);
+        ToDeltas(frames, last, bytes);
         io.Bytes(bytes);
+        last = frames.back();
+        wave = wave.subspan(block.size());
     }
 }
 

@@ -5,13 +5,14 @@
 
 namespace vonta {
 
-// Truncates; values beyond the range give its ends, and what is no number gives 0.
+// Truncates; values beyond the range give its ends, and what is no number gives 0. Without a branch, so that
+// loops over a wave become vector code.
 template <class Integer>
 Integer ToInteger(float value) {
     constexpr float low = std::numeric_limits<Integer>::min(), high = std::numeric_limits<Integer>::max();
-    if (value >= high) return std::numeric_limits<Integer>::max();
-    if (value <= low) return std::numeric_limits<Integer>::min();
-    return value == value ? static_cast<Integer>(value) : Integer{0};
+    const float number = value == value ? value : 0.0f;
+    const float aboveLow = number > low ? number : low;
+    return static_cast<Integer>(aboveLow < high ? aboveLow : high);
 }
 
 }  // namespace vonta

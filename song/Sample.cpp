@@ -1,7 +1,6 @@
 #include "song/Sample.h"
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -32,7 +31,7 @@ std::span<const float> Values(const Sample& sample) {
 }
 
 bool IsSixteenBitValue(float value) {
-    return value >= -kHalfRange && value < kHalfRange && value == std::trunc(value);
+    return value >= -kHalfRange && value < kHalfRange && value == static_cast<float>(static_cast<int>(value));
 }
 
 bool IsEightBitValue(float value) {

@@ -104,7 +104,11 @@ TEST(LoaderMOD, SampleRecordsBecomeInstruments) {
     EXPECT_EQ(first.numSamples, 1);
     EXPECT_EQ(first.GetKeySample(127, 0, 127), 0);
 
-    const struct { std::uint32_t count; int fineTune, volume, loopType; std::uint32_t loopStart, loopEnd; } expected[] = {
+    const struct {
+        std::uint32_t count;
+        int fineTune, volume, loopType;
+        std::uint32_t loopStart, loopEnd;
+    } expected[] = {
         {6, -128, 128, VTSAMPLE_LOOP_FORDWARD, 2, 6},
         {2, 112, 128, VTSAMPLE_LOOP_NONE, 2, 4},
         {0, 0, 6, VTSAMPLE_LOOP_NONE, 0, 0},
@@ -130,7 +134,8 @@ TEST(LoaderMOD, AWaveTooLongForItsLengthDoesNotShiftTheNextOnes) {
         if (whole) mod.samples[0].wave.resize(2 * 0x8001, 0xEE);
         const auto loaded = LoadBytes(mod.Build());
         ASSERT_TRUE(loaded.song);
-        EXPECT_EQ(JoinLines(loaded.report), "1 samples are longer than 65534 bytes: what goes beyond is dropped.\n");
+        EXPECT_EQ(JoinLines(loaded.report),
+                  "1 samples are longer than 65534 bytes: what goes beyond is dropped.\n");
         EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(0)->Count(), 2u);
         EXPECT_EQ(loaded.song->GetInstrument(1)->GetSample(0)->Wave()[0], 3 * 256.0f) << whole;
     }
@@ -146,7 +151,8 @@ TEST(LoaderMOD, EveryPrefixIsRefusedOrToldAsShort) {
     }
 }
 
-// Bytes in turn take values that a count, a size or a flag could lie with: all of the first records, some of the rest.
+// Bytes in turn take values that a count, a size or a flag could lie with: all of the first records, some of
+// the rest.
 TEST(LoaderMOD, NoSingleByteBreaksTheLoader) {
     const auto whole = ModBuilder::Small().Build();
     const auto start = std::chrono::steady_clock::now();

@@ -13,11 +13,13 @@ using test::SaveBytes;
 constexpr std::size_t kHeader = 1084;
 
 std::string Text(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t width) {
-    return {bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(at),
+            bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
 }
 
 std::vector<std::uint8_t> Slice(const std::vector<std::uint8_t>& bytes, std::size_t at, std::size_t width) {
-    return {bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(at),
+            bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
 }
 
 std::vector<std::uint8_t> SaveCell(const Cell& cell) {
@@ -52,11 +54,12 @@ TEST(SaveMOD, TheTagTellsAnEvenNumberOfChannels) {
     for (const auto& c : cases) {
         const auto song = SongBuilder().Build();
         song->numChannels = c.channels;
-        for (int track = 0; track < kTracks; ++track) song->GetPattern(0)->Write(63, track, {36, 1, kNoVolume, 0, 0});
+        for (int track = 0; track < kTracks; ++track)
+            song->GetPattern(0)->Write(63, track, {36, 1, kNoVolume, 0, 0});
         const auto saved = SaveBytes(*song, SaveMode::Mod);
         ASSERT_EQ(saved.bytes.size(), kHeader + static_cast<std::size_t>(64 * c.columns * 4));
         EXPECT_EQ(Text(saved.bytes, 1080, 4), c.tag);
-        EXPECT_EQ(saved.bytes[saved.bytes.size() - 4], c.columns > c.channels ? 0 : 3);   // added ones are empty
+        EXPECT_EQ(saved.bytes[saved.bytes.size() - 4], c.columns > c.channels ? 0 : 3);  // added ones are empty
         EXPECT_EQ(JoinLines(saved.report), c.lines);
     }
 }
@@ -73,7 +76,8 @@ TEST(SaveMOD, CellsAreConverted) {
         {{kNoNote, 0, kNoVolume, 12, 0x80}, {0, 0, 0x0C, 0x40}},
         {{kNoNote, 0, 0x8060, 20, 0x55}, {0, 0, 0x04, 0x55}},
     };
-    for (const auto& c : cases) EXPECT_EQ(SaveCell(c.cell), c.bytes) << int{c.cell.note} << " " << int{c.cell.effect};
+    for (const auto& c : cases)
+        EXPECT_EQ(SaveCell(c.cell), c.bytes) << int{c.cell.note} << " " << int{c.cell.effect};
 }
 
 TEST(SaveMOD, SampleRecordsHoldWhatTheFormatHolds) {
@@ -88,21 +92,27 @@ TEST(SaveMOD, SampleRecordsHoldWhatTheFormatHolds) {
         EXPECT_EQ(SaveSample(std::move(sample)).fields[2], tune.byte) << tune.fineTune;
     }
 
-    const struct { const char* what; std::size_t frames; int channels; LoopFrames loop; std::vector<std::uint8_t> fields; }
-        cases[] = {
-            {"odd", 5, 1, {}, {0, 2, 0, 64, 0, 0, 0, 0}},
-            {"loop", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 2, 6}, {0, 4, 0, 64, 0, 1, 0, 2}},
-            {"stereo", 8, 2, {VTSAMPLE_LOOP_PINGPONG, 2, 6}, {0, 4, 0, 64, 0, 1, 0, 2}},
-            {"loop points of a sample without a loop", 8, 1, {VTSAMPLE_LOOP_NONE, 2, 6}, {0, 4, 0, 64, 0, 0, 0, 0}},
-            {"loop end before its start", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 6, 2}, {0, 4, 0, 64, 0, 3, 0, 0}},
-            {"loop beyond the end", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 4, 9999}, {0, 4, 0, 64, 0, 2, 0, 2}},
-            {"too long", 200000, 1, {VTSAMPLE_LOOP_FORDWARD, 199990, 200000}, {255, 255, 0, 64, 255, 255, 0, 0}},
-        };
+    const struct {
+        const char* what;
+        std::size_t frames;
+        int channels;
+        LoopFrames loop;
+        std::vector<std::uint8_t> fields;
+    } cases[] = {
+        {"odd", 5, 1, {}, {0, 2, 0, 64, 0, 0, 0, 0}},
+        {"loop", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 2, 6}, {0, 4, 0, 64, 0, 1, 0, 2}},
+        {"stereo", 8, 2, {VTSAMPLE_LOOP_PINGPONG, 2, 6}, {0, 4, 0, 64, 0, 1, 0, 2}},
+        {"loop points of a sample without a loop", 8, 1, {VTSAMPLE_LOOP_NONE, 2, 6}, {0, 4, 0, 64, 0, 0, 0, 0}},
+        {"loop end before its start", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 6, 2}, {0, 4, 0, 64, 0, 3, 0, 0}},
+        {"loop beyond the end", 8, 1, {VTSAMPLE_LOOP_FORDWARD, 4, 9999}, {0, 4, 0, 64, 0, 2, 0, 2}},
+        {"too long", 200000, 1, {VTSAMPLE_LOOP_FORDWARD, 199990, 200000}, {255, 255, 0, 64, 255, 255, 0, 0}},
+    };
     for (const auto& c : cases) {
         const std::vector<float> wave(c.frames * static_cast<std::size_t>(c.channels), 256.0f);
         const Record record = SaveSample(MakeSample(wave, c.channels, c.loop));
         EXPECT_EQ(record.fields, c.fields) << c.what;
-        EXPECT_EQ(record.wave.size(), static_cast<std::size_t>(2 * (c.fields[0] * 256 + c.fields[1]))) << c.what;
+        EXPECT_EQ(record.wave.size(), static_cast<std::size_t>(2 * (c.fields[0] * 256 + c.fields[1])))
+            << c.what;
     }
 }
 
@@ -113,9 +123,19 @@ TEST(SaveMOD, WavesAreTruncatedBytesOfTheLeftSide) {
 }
 
 TEST(SaveMOD, APatternOfAnotherLengthEndsWhereItDid) {
-    const auto song = SongBuilder().Channels(2).Order({0, 1, 2, 3}).Pattern(0, 4).Note(3, 0, 36, 1, kNoVolume, 1, 5)
-                          .Pattern(1, 4).Effect(3, 0, 11, 2).Pattern(2, 1).Effect(0, 0, 1, 1).Effect(0, 1, 2, 2)
-                          .Pattern(3, 70).Note(69, 0, 36).Build();
+    const auto song = SongBuilder()
+                          .Channels(2)
+                          .Order({0, 1, 2, 3})
+                          .Pattern(0, 4)
+                          .Note(3, 0, 36, 1, kNoVolume, 1, 5)
+                          .Pattern(1, 4)
+                          .Effect(3, 0, 11, 2)
+                          .Pattern(2, 1)
+                          .Effect(0, 0, 1, 1)
+                          .Effect(0, 1, 2, 2)
+                          .Pattern(3, 70)
+                          .Note(69, 0, 36)
+                          .Build();
     const auto saved = SaveBytes(*song, SaveMode::Mod);
     const auto loaded = LoadBytes(saved.bytes);
     const auto effect = [&](int pattern, int row, int track) {
@@ -146,7 +166,8 @@ TEST(SaveMOD, OrdersDecideWhichPatternsAreWritten) {
     song->SetPatternPosRestart(150);
     saved = SaveBytes(*song, SaveMode::Mod);
     EXPECT_EQ(Slice(saved.bytes, 950, 2), (std::vector<std::uint8_t>{128, 0}));
-    EXPECT_EQ(JoinLines(saved.report), "Positions above 128 left out: 72\nPatterns that no position plays left out: 1\n");
+    EXPECT_EQ(JoinLines(saved.report),
+              "Positions above 128 left out: 72\nPatterns that no position plays left out: 1\n");
 }
 
 TEST(SaveMOD, EverythingLostIsToldOnceWithItsCount) {

@@ -16,7 +16,8 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::size_t kHeader = 336, kPatternHeader = 9;
 
 Bytes Slice(const Bytes& bytes, std::size_t at, std::size_t width) {
-    return {bytes.begin() + static_cast<std::ptrdiff_t>(at), bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
+    return {bytes.begin() + static_cast<std::ptrdiff_t>(at),
+            bytes.begin() + static_cast<std::ptrdiff_t>(at + width)};
 }
 
 // All zeros but for one.
@@ -34,8 +35,9 @@ TEST(SaveXM, TheHeaderHoldsTheSongsFields) {
     const auto song = OneRow().Tempo(3).Bpm(90).Order({2, 1, 0}).Restart(2).SampleInstrument(4, {0}).Build();
     song->title = "a title of 25 characters.";
     ByteBuilder expected;
-    expected.Text("Extended Module: ").FixedText("a title of 25 chara", 20).U8(26).FixedText("Vonta Tracker", 20);
-    expected.U16(0x104).U32(276).U16(3).U16(2).U16(2).U16(1).U16(5).U16(1).U16(3).U16(90).U8(2).U8(1).Zeros(254);
+    expected.Text("Extended Module: ").FixedText("a title of 25 chara", 20).U8(26);
+    expected.FixedText("Vonta Tracker", 20).U16(0x104).U32(276).U16(3).U16(2).U16(2).U16(1).U16(5).U16(1);
+    expected.U16(3).U16(90).U8(2).U8(1).Zeros(254);
     EXPECT_EQ(Slice(SaveBytes(*song, SaveMode::Xm).bytes, 0, kHeader), expected.bytes);
 }
 
@@ -86,21 +88,39 @@ TEST(SaveXM, EmptyPlacesAreWrittenSoThatNumbersStay) {
 }
 
 TEST(SaveXM, WavesAreMonoDeltasOfTheDepthTheyNeed) {
-    const struct { const char* what; std::vector<float> wave; int channels; Bytes header, deltas; } cases[] = {
+    const struct { const char* what; std::vector<float> wave; int channels; Bytes header, deltas;
+    } cases[] = {
         {"8 bits", {256, 32512, -32768, 0}, 1, {4, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0}, {1, 126, 1, 128}},
-        {"16 bits", {1, -32768, 32767, 0}, 1, {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0}, {1, 0, 0xFF, 0x7F, 0xFF, 0xFF, 1, 0x80}},
-        {"between 16 bits", {1.9f, -1.9f, 40000, -40000}, 1, {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0},
+        {"16 bits",
+         {1, -32768, 32767, 0},
+         1,
+         {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0},
+         {1, 0, 0xFF, 0x7F, 0xFF, 0xFF, 1, 0x80}},
+        {"between 16 bits",
+         {1.9f, -1.9f, 40000, -40000},
+         1,
+         {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0},
          {1, 0, 0xFE, 0xFF, 0x00, 0x80, 1, 0}},
-        {"stereo, 8 bits", {512, 0, 256, 512, 0, 0, 256, 256}, 2, {4, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0}, {1, 0, 0xFF, 1}},
-        {"stereo, 16 bits", {1, 2, 5, 5, 0, 0, 0, 0}, 2, {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0},
+        {"stereo, 8 bits",
+         {512, 0, 256, 512, 0, 0, 256, 256},
+         2,
+         {4, 0, 0, 0, 1, 0, 0, 0, 2, 0, 0, 0},
+         {1, 0, 0xFF, 1}},
+        {"stereo, 16 bits",
+         {1, 2, 5, 5, 0, 0, 0, 0},
+         2,
+         {8, 0, 0, 0, 2, 0, 0, 0, 4, 0, 0, 0},
          {1, 0, 4, 0, 0xFB, 0xFF, 0, 0}},
     };
     for (const auto& c : cases) {
-        const auto song = OneRow().SampleInstrument(0, c.wave, c.channels, {VTSAMPLE_LOOP_PINGPONG, 1, 3}).Build();
+        const auto song =
+            OneRow().SampleInstrument(0, c.wave, c.channels, {VTSAMPLE_LOOP_PINGPONG, 1, 3}).Build();
         const auto bytes = SaveBytes(*song, SaveMode::Xm).bytes;
         const std::size_t sample = kInstruments + 243, wide = c.deltas.size() > 4;
         EXPECT_EQ(Slice(bytes, sample, 12), c.header) << c.what;
-        EXPECT_EQ(Slice(bytes, sample + 12, 5), (Bytes{64, 0, static_cast<std::uint8_t>(wide ? 0x12 : 2), 128, 0})) << c.what;
+        EXPECT_EQ(Slice(bytes, sample + 12, 5),
+                  (Bytes{64, 0, static_cast<std::uint8_t>(wide ? 0x12 : 2), 128, 0}))
+            << c.what;
         EXPECT_EQ(Slice(bytes, sample + 40, bytes.size() - sample - 40), c.deltas) << c.what;
     }
 }
@@ -139,7 +159,8 @@ TEST(SaveXM, SavedAndLoadedIsTheSameWhereTheFormatHasAPlace) {
     const Song& back = *loaded.song;
     EXPECT_EQ(back.title, song->title);
     EXPECT_EQ(back.patternList, song->patternList);
-    EXPECT_EQ(std::tuple(back.length, back.restartPos, back.tempo, back.bpm, back.numChannels), std::tuple(3u, 2u, 7u, 99u, 5));
+    EXPECT_EQ(std::tuple(back.length, back.restartPos, back.tempo, back.bpm, back.numChannels),
+              std::tuple(3u, 2u, 7u, 99u, 5));
     for (int row = 0; row < 256; ++row)
         for (int track = 0; track < 5; ++track)
             EXPECT_EQ(back.GetPattern(0)->Read(row, track), song->GetPattern(0)->Read(row, track)) << row;
@@ -152,7 +173,8 @@ TEST(SaveXM, SavedAndLoadedIsTheSameWhereTheFormatHasAPlace) {
     for (int i = 0; i < 2; ++i) {
         const Sample &a = *from.GetSample(i), &b = *to.GetSample(i);
         EXPECT_EQ(a.name, b.name);
-        EXPECT_EQ(std::tuple(a.toneRel, a.fineTune, a.volume, a.panning), std::tuple(b.toneRel, b.fineTune, b.volume, b.panning));
+        EXPECT_EQ(std::tuple(a.toneRel, a.fineTune, a.volume, a.panning),
+                  std::tuple(b.toneRel, b.fineTune, b.volume, b.panning));
         EXPECT_EQ(std::tuple(a.data->loopType, a.data->loopStart, a.data->loopEnd),
                   std::tuple(b.data->loopType, b.data->loopStart, b.data->loopEnd));
         ASSERT_EQ(a.Count(), b.Count());
@@ -177,7 +199,8 @@ TEST(SaveXM, AnOverfullPatternLosesItsLastCellsAndStaysReadable) {
         for (int track = 0; track < 64; ++track) lost += loaded.song->GetPattern(0)->Read(row, track) == Cell{};
     EXPECT_EQ(lost, (256 * 64 * 5 - 65535 + 3) / 4);
     EXPECT_EQ(loaded.song->GetPattern(1)->Read(0, 0).note, 5);
-    EXPECT_EQ(JoinLines(saved.report), "Cells at the end of overfull patterns left out: " + std::to_string(lost) + "\n");
+    EXPECT_EQ(JoinLines(saved.report),
+              "Cells at the end of overfull patterns left out: " + std::to_string(lost) + "\n");
 }
 
 TEST(SaveXM, EverythingLostIsToldOnceWithItsCount) {
