@@ -76,7 +76,7 @@ public:
     int Process(float*, int, int) override { return *static_cast<volatile int*>(nowhere_); }
 
 private:
-    void* nowhere_ = nullptr;
+    void* nowhere_ = reinterpret_cast<void*>(64);   // no page is mapped so low
 };
 
 TEST(Threads, AFaultOfTheBlockCycleReachesTheCrashHandler) {
