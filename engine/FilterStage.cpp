@@ -12,12 +12,8 @@ bool HasBand(const Channel& channel) {
     return std::any_of(channel.eq.begin(), channel.eq.end(), [](const EqBand& band) { return band.on; });
 }
 
-// A fading note in the reserve keeps its filter; its bands end with the note.
-bool WantsFilters(const Part& part) {
-    const Channel& channel = *part.channel;
-    if (channel.filterOn) return true;
-    return HasBand(channel) && (channel.active || !part.reserve);
-}
+// Bands work without the filter too, and a fading note keeps both to its end: dropping one would click.
+bool WantsFilters(const Part& part) { return part.channel->filterOn || HasBand(*part.channel); }
 
 // Whether a sample of the left side is above kLivePeak either way; the right side does not decide.
 bool IsLive(const float* sound, int frames) {

@@ -362,7 +362,7 @@ TEST(Routing, FiltersRunOnWhatIsLiveOnTheLeft) {
         {"left side at the threshold", false, true, true, true, 1, false},
         {"reserve with a band alone", true, true, false, true, 100, true},
         {"fading reserve with a filter", true, false, true, false, 100, true},
-        {"fading reserve with a band alone", true, false, false, true, 100, false},
+        {"fading reserve with a band alone", true, false, false, true, 100, true},
     };
     for (const Case& c : cases) {
         SoundRig rig;
