@@ -40,7 +40,7 @@ void KeepLoopInside(NativeLoad& load, Sample& sample) {
     if (!data.block || (data.loopEnd <= data.count && data.loopStart <= data.loopEnd)) return;
     data.loopEnd = std::min(data.loopEnd, data.count);
     data.loopStart = std::min(data.loopStart, data.loopEnd);
-    load.report.Add("Sample \"%s\": its loop is cut at its end", sample.name.c_str());
+    load.report.Add("Sample \"%s\": its loop is cut at its end.", sample.name.c_str());
 }
 
 void ReadSample(InstrumentReader& reader, const ChunkHeader&) {
@@ -67,7 +67,7 @@ void ReadEnvelope(InstrumentReader& reader, const ChunkHeader& chunk) {
     EnvelopeRecord(io, envelope, chunk.version);
     const int kind = place.kind - kFirstEnvelopeKind;
     if (kind < 0 || kind >= kEnvelopeKinds || place.alternative >= kEnvelopeAlternatives) {
-        reader.load.report.Add("An envelope of \"%s\" has no place and is left out", reader.instrument.name.c_str());
+        reader.load.report.Add("An envelope of \"%s\" has no place and is left out.", reader.instrument.name.c_str());
         return;
     }
     reader.instrument.GetEnvelopes(static_cast<EnvelopeKind>(kind))[place.alternative] = envelope;
@@ -166,8 +166,8 @@ const InstrumentMagic* FindMagic(FileStream& stream) {
     for (const InstrumentMagic& magic : kInstrumentMagics) {
         std::array<char, kLongestMagic> head{};
         stream.Seek(0, kFromStart);
-        stream.Read(head.data(), 1, magic.bytes.size());
-        if (std::string_view(head.data(), magic.bytes.size()) == magic.bytes) return &magic;
+        const std::size_t got = stream.Read(head.data(), 1, magic.bytes.size());
+        if (std::string_view(head.data(), got) == magic.bytes) return &magic;
     }
     return nullptr;
 }

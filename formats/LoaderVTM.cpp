@@ -115,7 +115,7 @@ void ReadInstrument(SongReader& reader, const ChunkHeader& chunk) {
     auto instrument = std::make_unique<Instrument>();
     ReadInstrumentBody(reader.load, *instrument, chunk.version);
     if (number >= kMaxInstruments)
-        reader.load.report.Add("Instrument %d \"%s\" has no place and is left out", number, instrument->name.c_str());
+        reader.load.report.Add("Instrument %d \"%s\" has no place and is left out.", number, instrument->name.c_str());
     reader.song.SetInstrument(number, std::move(instrument));
 }
 
@@ -147,7 +147,7 @@ void ReadEffect(SongReader& reader, const ChunkHeader& chunk) {
     EffectRecord(io, settings, chunk.version);
     if (settings.path.empty() && io.In().Truncated()) return;
     if (settings.slot >= kEffectSlots) {
-        reader.load.report.Add("Effect slot %d has no place and is left out", settings.slot);
+        reader.load.report.Add("Effect slot %d has no place and is left out.", settings.slot);
         return;
     }
     reader.song.fxNames[settings.slot] = settings.name;
@@ -188,7 +188,7 @@ void ReadSynth(SongReader& reader, const ChunkHeader& chunk) {
     SongSynthRecord(io, settings);
     if (settings.path.empty() && io.In().Truncated()) return;
     if (settings.number >= kMaxInstruments) {
-        reader.load.report.Add("Synth %d has no place and is left out", settings.number);
+        reader.load.report.Add("Synth %d has no place and is left out.", settings.number);
         return;
     }
     auto synth = reader.load.LoadSynth({settings.path, FileNameOf(settings.path)});

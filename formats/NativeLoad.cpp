@@ -36,10 +36,9 @@ std::unique_ptr<SynthPlugin> NativeLoad::LoadSynth(const std::vector<std::string
 }
 
 void NativeLoad::ReportLosses() {
-    if (chunks.In().Truncated()) report.Add("The file is cut short: what it no longer holds has its default values");
+    if (chunks.In().Truncated()) report.Add("The file ends early: what is missing has its default values.");
     if (lostPlugins > 0)
-        report.Add("A save will not keep the settings of the plug-ins that are missing here (%d): keep this file",
-                   lostPlugins);
+        report.Add("%d plug-ins are missing: a save will not keep their settings.", lostPlugins);
 }
 
 void KeepSendsInside(Sends& sends) {

@@ -148,13 +148,13 @@ bool HasCellsBeyond(const Song& song, int channels) {
 
 void ReportLosses(const Song& song, LoadReport& report) {
     if (song.length > UINT8_MAX)
-        report.Add("The file cannot hold a song of %u positions: it will come back with 1", song.length);
+        report.Add("The file cannot hold a song of %u positions: it will come back with 1.", song.length);
     if (HasCellsBeyond(song, StoredChannels(song)))
-        report.Add("Notes behind channel %d are not in the file", StoredChannels(song));
+        report.Add("Notes behind channel %d are not in the file.", StoredChannels(song));
     const auto standard = DefaultRouting();
     for (std::size_t slot = kStoredRoutings; slot < song.fxRouting.size(); ++slot)
         if (song.fxRouting[slot] != standard[slot])
-            report.Add("The routing of effect slot %zu is not in the file", slot);
+            report.Add("The routing of effect slot %zu is not in the file.", slot);
 }
 
 }  // namespace

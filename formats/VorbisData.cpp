@@ -19,7 +19,7 @@ constexpr float kToUnit = 1.0f / 32768.0f;
 constexpr double kFromUnit = 32767.0;
 constexpr double kLowest = -32768.0, kHighest = 32767.0;
 constexpr std::size_t kFeedBytes = 4096;
-constexpr int kTakeFloats = 4096;                    // decoded at a time, all channels together
+constexpr std::size_t kTakeFloats = 4096;                    // decoded at a time, all channels together
 constexpr int kHeaderPackets = 3;
 
 // The encoder's objects, set up and cleared together.
@@ -195,11 +195,12 @@ float FromUnit(float value) {
     return static_cast<float>(std::clamp(std::trunc(value * kFromUnit), kLowest, kHighest));
 }
 
-// Interleaves frames into the head of the wave.
-void StoreFrames(float** planes, int planeCount, int frames, int channels, std::span<float> wave) {
-    for (int c = 0; c < channels; ++c) {
-        const float* plane = planes[std::min(c, planeCount - 1)];
-        for (int i = 0; i < frames; ++i) wave[static_cast<std::size_t>(i * channels + c)] = FromUnit(plane[i]);
+// Fills a part of the wave with the frames that stand at the head of the planes.
+void StoreFrames(float** planes, int planeCount, std::span<float> part, std::size_t channels) {
+    const auto lastPlane = static_cast<std::size_t>(planeCount) - 1;
+    for (std::size_t c = 0; c < channels; ++c) {
+        const float* plane = planes[std::min(c, lastPlane)];
+        for (std::size_t i = c; i < part.size(); i += channels) part[i] = FromUnit(*plane++);
     }
 }
 
@@ -235,18 +236,18 @@ std::size_t DecodeVorbis(std::span<const std::uint8_t> packed, int channels, std
     if (!packets.Open()) return 0;
     Synthesis synthesis(packets.Info());
     if (!synthesis.Ready()) return 0;
-    const int most = kTakeFloats / channels;
+    const auto width = static_cast<std::size_t>(channels);
     std::size_t stored = 0;
     for (ogg_packet packet; stored < wave.size() && packets.Next(packet);) {
         synthesis.Put(packet);
         float** planes = nullptr;
-        for (int frames; stored < wave.size() && (frames = synthesis.Get(planes)) > 0;) {
-            const std::size_t room = (wave.size() - stored) / static_cast<std::size_t>(channels);
-            const int taken = static_cast<int>(std::min<std::size_t>(std::min(frames, most), room));
-            if (taken == 0) return stored;           // half a frame is left
-            StoreFrames(planes, packets.Info().channels, taken, channels, wave.subspan(stored));
-            synthesis.Taken(taken);
-            stored += static_cast<std::size_t>(taken * channels);
+        for (int frames; (frames = synthesis.Get(planes)) > 0;) {
+            const std::size_t room = (wave.size() - stored) / width;
+            const std::size_t taken = std::min({static_cast<std::size_t>(frames), kTakeFloats / width, room});
+            if (taken == 0) return stored;
+            StoreFrames(planes, packets.Info().channels, wave.subspan(stored, taken * width), width);
+            synthesis.Taken(static_cast<int>(taken));
+            stored += taken * width;
         }
     }
     return stored;

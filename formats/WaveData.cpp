@@ -113,7 +113,7 @@ std::uint32_t WholeFrames(std::int64_t floats, std::uint8_t channels) {
 
 void ReportShort(NativeLoad& load, const Sample& sample, const WaveHead& head, std::uint32_t kept) {
     if (kept < head.count)
-        load.report.Add("Sample \"%s\": the file holds %u of its %u values", sample.name.c_str(), kept, head.count);
+        load.report.Add("Sample \"%s\": the file holds %u of its %u values.", sample.name.c_str(), kept, head.count);
 }
 
 void ReadPlain(NativeLoad& load, Sample& sample, const WaveHead& head, const PlainForm& form) {
@@ -149,7 +149,7 @@ void ReadVorbis(NativeLoad& load, Sample& sample, const WaveHead& head) {
     const std::uint64_t held = MeasureVorbis(packed) * static_cast<std::uint64_t>(channels);
     const auto kept = WholeFrames(static_cast<std::int64_t>(std::min<std::uint64_t>(head.count, held)), head.channels);
     if (!MayUnpack(load, static_cast<std::int64_t>(kept) * std::int64_t{sizeof(float)}, packed.size())) {
-        load.report.Add("Sample \"%s\": its packed wave is left out, it claims %u values", sample.name.c_str(), kept);
+        load.report.Add("Sample \"%s\": its packed wave claims %u values and is left out.", sample.name.c_str(), kept);
         return;
     }
     DecodeVorbis(packed, channels, sample.Allocate(kept, channels));

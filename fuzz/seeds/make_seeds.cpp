@@ -7,6 +7,8 @@
 
 #include "formats/Chunks.h"
 #include "formats/Loaders.h"
+#include "formats/SaverVTI.h"
+#include "tests/support/FullSong.h"
 #include "tests/support/ModBuilder.h"
 #include "tests/support/XmBuilder.h"
 
@@ -33,16 +35,21 @@ std::vector<Bytes> ChunkSeeds() {
     return {stream.Bytes()};
 }
 
+Bytes SavedSong(Song& song, bool compress) {
+    SaveOptions options;
+    options.compress = compress;
+    MemoryStream stream;
+    SaveFile(&stream, SaveMode::Module, song, options);
+    return stream.Bytes();
+}
+
 // A song in its native form.
 Bytes Native(const Bytes& module, bool compress) {
-    MemoryStream from(module), to;
+    MemoryStream from(module);
     LoadReport report;
     bool unknown = false;
     const auto song = LoadModule(from, unknown, report);
-    SaveOptions options;
-    options.compress = compress;
-    SaveFile(&to, SaveMode::Module, *song, options);
-    return to.Bytes();
+    return SavedSong(*song, compress);
 }
 
 std::vector<Bytes> ModuleSeeds() {
@@ -58,6 +65,21 @@ std::vector<Bytes> ModuleSeeds() {
             ModBuilder::Small().Build(), Native(module, false),  Native(module, true)};
 }
 
+Bytes SavedInstrument(const Instrument& instrument) {
+    MemoryStream stream;
+    SaveInstrument(stream, instrument);
+    return stream.Bytes();
+}
+
+std::vector<Bytes> NativeSongSeeds() {
+    const auto small = test::SmallSong(), full = test::FullSong();
+    return {SavedSong(*small, false), SavedSong(*small, true), SavedSong(*full, false), SavedSong(*full, true)};
+}
+
+std::vector<Bytes> NativeInstrumentSeeds() {
+    return {SavedInstrument(*test::SmallSong()->GetInstrument(0)), SavedInstrument(*test::FullInstrument())};
+}
+
 struct SeedRow {
     const char* target;
     std::vector<Bytes> (*make)();
@@ -66,6 +88,8 @@ struct SeedRow {
 constexpr SeedRow kSeeds[] = {
     {"chunk_reader", ChunkSeeds},
     {"load_module", ModuleSeeds},
+    {"load_vtm", NativeSongSeeds},
+    {"load_vti", NativeInstrumentSeeds},
 };
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/SongCompare.h"
 
 namespace vonta {
 namespace {
