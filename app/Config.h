@@ -27,6 +27,7 @@ enum ConfigFlag : std::uint32_t {
 };
 constexpr std::uint32_t kDefaultFlags = kHardwareMouse | kFullscreen | kAutoTuneSample | kShowInstrColors;
 
+constexpr int kMaxMidiInput = 15;
 constexpr int kMidiDelays = 16;                      // outputs whose delay can be set
 
 // By number in Config::directories.
@@ -44,7 +45,7 @@ struct Config {
     int mode = 2;                                    // kind of sound device, 0 to 5: see ConfigSettings.cpp
     float amplification = 0.8f;                      // linear; the file keeps six decimals
     int latency = 100;                               // ms
-    int midiInput = 0;                               // 0 to 15
+    int midiInput = 0;                               // 0 to kMaxMidiInput
     std::array<int, kMidiDelays> midiOutDelay{};     // ms
     int interpolation = 1;                           // NONE, LINEAR, CUBIC
     int patternChannels = 5;                         // 4, 8, 16, 24, 32, AUTO

@@ -25,7 +25,7 @@ constexpr ConfigRange kLatencyRange{2, 60000, 1};    // ms; a minute, so that it
 constexpr ConfigRange kMidiDelayRange{0, 500, 1};    // ms
 constexpr ConfigRange kTicksPerSecondRange{1, 50, 1};
 constexpr ConfigRange kRepeatDelayRange{0, 50, 1};   // ticks
-constexpr ConfigRange kMidiInputRange{0, 15, 1};
+constexpr ConfigRange kMidiInputRange{0, kMaxMidiInput, 1};
 
 struct KeyRepeat {
     int ticksPerSecond = 25;

@@ -16,7 +16,6 @@ namespace {
 constexpr std::size_t kMaxLine = 1024;               // characters without the line feed
 constexpr std::size_t kMaxText = 999;                // with the longest key a line is then full
 constexpr std::int64_t kMaxFileBytes = 1 << 20;      // of a larger file the rest is not looked at
-constexpr int kLastMidiInput = 15;
 
 using Texts = std::span<const std::string_view>;
 constexpr std::string_view kInterpolations[] = {"NONE", "LINEAR", "CUBIC"};
@@ -99,11 +98,13 @@ constexpr std::string_view kHeaderEnd = "  \n  \n[ Config Options ]\n\n";
 
 void ReadValue(const Flag& flag, ConfigLine&, Config& config) { config.flags |= flag.bit; }
 
-void ReadValue(const Number& number, ConfigLine& line, Config& config) { config.*number.field = line.Integer(number.base); }
+void ReadValue(const Number& number, ConfigLine& line, Config& config) {
+    config.*number.field = line.Integer(number.base);
+}
 
 void ReadValue(const MidiInput&, ConfigLine& line, Config& config) {
     const int input = line.Integer(10);
-    config.midiInput = input < 0 || input > kLastMidiInput ? 0 : input;
+    config.midiInput = input < 0 || input > kMaxMidiInput ? 0 : input;
 }
 
 void ReadValue(const Real& real, ConfigLine& line, Config& config) {
@@ -161,8 +162,6 @@ std::string Show(const Directory& directory, const Config& config) {
     return Show(config.directories[directory.number]);
 }
 
-const Flag* IsFlag(const Key& key) { return std::get_if<Flag>(&key.value); }
-
 void ReadLine(std::string_view text, Config& config) {
     ConfigLine line(text.substr(0, kMaxLine));
     const std::string_view name = line.Token();
@@ -184,7 +183,7 @@ std::string Header() {
 
 // Nothing for a flag that is off.
 std::string LineOf(const Key& key, const Config& config) {
-    if (const Flag* flag = IsFlag(key); flag && !config.Has(flag->bit)) return {};
+    if (const Flag* flag = std::get_if<Flag>(&key.value); flag && !config.Has(flag->bit)) return {};
     const std::string shown = std::visit([&](const auto& value) { return Show(value, config); }, key.value);
     return '#' + std::string(key.name) + ' ' + shown + '\n';
 }
