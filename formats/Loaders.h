@@ -23,7 +23,7 @@ struct LoadReport {
     static constexpr std::size_t kMaxLineLength = 255;
 
     std::vector<std::string> lines;                  // at most kMaxLines, each cut to kMaxLineLength
-    std::string formatName;                          // what a module was recognised as, such as "XM"
+    std::string formatName;                          // what the file was recognised as, such as "XM"
     std::string fxDirectory;                         // third place to look for an effect
     const PluginLoader* plugins = nullptr;           // who loads the plug-ins of the file; null: none can be
     std::string error;                               // one line if the load failed
@@ -43,7 +43,7 @@ public:
 class SampleLoader {
 public:
     virtual ~SampleLoader() = default;
-    virtual std::unique_ptr<Sample> Load(const std::string& path) = 0;   // null on failure
+    virtual std::unique_ptr<Sample> Load(const std::string& path, LoadReport& report) = 0;   // null on failure
     virtual bool Check(const std::string& path) = 0;
     virtual std::uint32_t GetSampleRate() const { return 0; }           // Hz, 0 if the format has none
     virtual std::uint32_t GetLoopStart() const { return 0; }            // frames
@@ -65,7 +65,7 @@ std::unique_ptr<Song> LoadModule(FileStream& stream, bool& outUnknown, LoadRepor
 std::unique_ptr<Song> LoadModule(const std::string& path, bool& outUnknown, LoadReport& report);
 
 // WAV, then raw. autoTune sets tone and fine tune from the file's rate.
-std::unique_ptr<Sample> LoadSample(const std::string& path, bool autoTune);
+std::unique_ptr<Sample> LoadSample(const std::string& path, bool autoTune, LoadReport& report);
 
 // Native, then XI, SF2 and AKP.
 std::unique_ptr<Instrument> LoadInstrument(const std::string& path, LoadReport& report);
@@ -88,5 +88,8 @@ struct SaveOptions {
 // Writes the song and closes the stream. 0 on success; 1 for a null stream, an unknown mode, a mode without a writer,
 // or a failed write (the old file then stays).
 int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& options);
+
+// A WAV file of 16 bits. 0 on success; 1 for a sample without a wave or a failed write, and report.error says why.
+int SaveSample(const std::string& path, const Sample& sample, LoadReport& report);
 
 }  // namespace vonta

@@ -9,11 +9,11 @@
 #include <string_view>
 
 #include "formats/Record.h"
+#include "formats/Riff.h"
 
 namespace vonta {
 
-constexpr std::string_view kRiffTag = "RIFF", kWaveTag = "WAVE", kFormatTag = "fmt ", kDataTag = "data",
-                           kSamplerTag = "smpl";
+constexpr std::string_view kWaveTag = "WAVE", kFormatTag = "fmt ", kDataTag = "data", kSamplerTag = "smpl";
 constexpr std::uint32_t kWavFormatBytes = 16;
 constexpr std::uint32_t kWavHeadBytes = 44;          // all before the frames
 constexpr std::int64_t kRiffSizeAt = 4, kWavDataSizeAt = 40;

@@ -1,74 +1,18 @@
 #include "formats/WaveData.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
-#include <cmath>
-#include <type_traits>
 
 #include "formats/VorbisData.h"
+#include "formats/WaveBytes.h"
 
 namespace vonta {
 namespace {
 
-constexpr std::size_t kBlockValues = 4096;           // converted at a time
-constexpr int kEightBitScale = 256;                  // one step of an 8-bit value on the scale of the wave
 constexpr std::uint32_t kPackedSizeBytes = 4;        // a packed size counts its own field
 
 // A Vorbis stream can claim hours of silence in a few bytes. Music comes nowhere near this ratio of memory to file;
 // what goes beyond it draws on the allowance of the load.
 constexpr std::int64_t kMusicRatio = 32;
-
-template <class Raw>
-using Bits = std::conditional_t<sizeof(Raw) == 4, std::uint32_t,
-                                std::conditional_t<sizeof(Raw) == 2, std::uint16_t, std::uint8_t>>;
-
-template <class Raw>
-Raw FromBytes(const std::uint8_t* bytes) {
-    Bits<Raw> bits = 0;
-    for (std::size_t i = 0; i < sizeof(Raw); ++i)
-        bits = static_cast<Bits<Raw>>(bits | static_cast<std::uint64_t>(bytes[i]) << 8 * i);
-    return std::bit_cast<Raw>(bits);
-}
-
-template <class Raw>
-void ToBytes(Raw value, std::uint8_t* bytes) {
-    const auto bits = std::bit_cast<Bits<Raw>>(value);
-    for (std::size_t i = 0; i < sizeof(Raw); ++i) bytes[i] = static_cast<std::uint8_t>(bits >> 8 * i);
-}
-
-float ToWave(float raw) { return std::isfinite(raw) ? raw : 0.0f; }
-float ToWave(std::int16_t raw) { return raw; }
-float ToWave(std::int8_t raw) { return static_cast<float>(raw * kEightBitScale); }
-
-template <class Raw>
-Raw FromWave(float value) {
-    if constexpr (std::is_same_v<Raw, float>) return value;
-    else if constexpr (std::is_same_v<Raw, std::int16_t>) return static_cast<std::int16_t>(value);
-    else return static_cast<std::int8_t>(static_cast<int>(value) / kEightBitScale);
-}
-
-template <class Raw>
-void WriteValues(Writer& out, std::span<const float> wave) {
-    std::array<std::uint8_t, kBlockValues * sizeof(Raw)> block;
-    while (!wave.empty()) {
-        const std::size_t count = std::min(kBlockValues, wave.size());
-        for (std::size_t i = 0; i < count; ++i) ToBytes(FromWave<Raw>(wave[i]), &block[i * sizeof(Raw)]);
-        out.Bytes(std::span(block).first(count * sizeof(Raw)));
-        wave = wave.subspan(count);
-    }
-}
-
-template <class Raw>
-void ReadValues(Reader& in, std::span<float> wave) {
-    std::array<std::uint8_t, kBlockValues * sizeof(Raw)> block;
-    while (!wave.empty()) {
-        const std::size_t count = std::min(kBlockValues, wave.size());
-        in.Bytes(std::span(block).first(count * sizeof(Raw)));
-        for (std::size_t i = 0; i < count; ++i) wave[i] = ToWave(FromBytes<Raw>(&block[i * sizeof(Raw)]));
-        wave = wave.subspan(count);
-    }
-}
 
 // The forms that hold plain values, one row each.
 struct PlainForm {
@@ -80,7 +24,7 @@ struct PlainForm {
 
 template <class Raw>
 constexpr PlainForm MakeForm(WaveForm form) {
-    return {form, sizeof(Raw), WriteValues<Raw>, ReadValues<Raw>};
+    return {form, sizeof(Raw), WriteWaveValues<Raw>, ReadWaveValues<Raw>};
 }
 
 constexpr PlainForm kPlainForms[] = {

@@ -1,0 +1,17 @@
+// The first step of a loader that is given a path.
+#pragma once
+
+#include <string>
+
+#include "formats/FileStream.h"
+#include "formats/Loaders.h"
+
+namespace vonta {
+
+inline bool OpenToLoad(DiskStream& stream, const std::string& path, LoadReport& report) {
+    if (stream.Open(path, "rb")) return true;
+    report.Fail("%s", stream.Error().c_str());
+    return false;
+}
+
+}  // namespace vonta

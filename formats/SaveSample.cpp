@@ -1,0 +1,35 @@
+#include <limits>
+
+#include "formats/Loaders.h"
+#include "formats/WavFormat.h"
+#include "formats/WaveBytes.h"
+
+namespace vonta {
+namespace {
+
+// A sample has no rate of its own, so every file is written with this one.
+constexpr std::uint32_t kSavedRate = 44100;
+constexpr std::uint16_t kSavedBits = 16;
+
+}  // namespace
+
+int SaveSample(const std::string& path, const Sample& sample, LoadReport& report) {
+    constexpr std::uint32_t most = std::numeric_limits<std::uint32_t>::max() - kWavHeadBytes;
+    if (sample.Count() == 0 || sample.Count() > most / 2) {
+        report.Fail(sample.Count() == 0 ? "the sample is empty" : "the sample is too long for a WAV file");
+        return 1;
+    }
+    DiskStream stream;
+    bool written = stream.Open(path, "wb");
+    if (written) {
+        Writer out(stream);
+        const auto channels = static_cast<std::uint16_t>(sample.Channels());
+        WriteWavHead(out, MakeWavFormat(channels, kSavedRate, kSavedBits), sample.Count() * 2);
+        WriteWaveValues<std::int16_t>(out, {sample.Wave(), sample.Count()});
+        written = stream.Close();
+    }
+    if (!written) report.Fail("%s", stream.Error().c_str());
+    return written ? 0 : 1;
+}
+
+}  // namespace vonta
