@@ -1,20 +1,37 @@
-#include <vector>
-
+#include "formats/LoaderAKP.h"
+#include "formats/LoaderSF2.h"
 #include "formats/LoaderVTI.h"
+#include "formats/LoaderXI.h"
 #include "formats/Loaders.h"
 #include "platform/Debug.h"
 
 namespace vonta {
 namespace {
 
-using LoaderFactory = std::unique_ptr<InstrumentLoader> (*)();
+template <class Loader>
+std::unique_ptr<InstrumentLoader> Make() {
+    return std::make_unique<Loader>();
+}
+
+struct LoaderRow {
+    const char* formatName;                          // as the user reads it
+    std::unique_ptr<InstrumentLoader> (*make)();
+};
 
 // The foreign formats, in the order in which they are asked.
-const std::vector<LoaderFactory> kForeignLoaders = {};
+constexpr LoaderRow kForeignLoaders[] = {
+    {"XI", Make<LoaderXI>},
+    {"SF2", Make<LoaderSF2>},
+    {"AKP", Make<LoaderAKP>},
+};
 
 std::unique_ptr<Instrument> LoadForeign(const std::string& path, LoadReport& report) {
-    for (const auto make : kForeignLoaders)
-        if (const auto loader = make(); loader->Check(path)) return loader->Load(path, report);
+    for (const LoaderRow& row : kForeignLoaders) {
+        const auto loader = row.make();
+        if (!loader->Check(path)) continue;
+        report.formatName = row.formatName;
+        return loader->Load(path, report);
+    }
     DebugOutput("\t- Instrument format not supported\n");
     report.Fail("not an instrument this program knows");
     return nullptr;

@@ -69,6 +69,7 @@ bool ReadInstrument(Reader& in, const XmInstrumentHeader& header, std::int64_t s
         report.Add("The file ends in instrument %i.", number);
         return false;
     }
+    DebugOutput("\tnumvolp: %i\n", body.volume.numPoints);
     ApplyXmBody(body, instrument);
     SeekPastInstrument(in.Stream(), start, header.size, kXmUsualInstrumentBytes);
     return ReadXmSamples(in, header.numSamples, sampleHeaderSize, instrument, number, report);

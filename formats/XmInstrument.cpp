@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "formats/Record.h"
-#include "platform/Debug.h"
 
 namespace vonta {
 namespace {
@@ -115,7 +114,6 @@ std::vector<XmSampleHeader> ReadHeaders(Reader& in, int count, std::uint32_t hea
 void ApplyXmBody(const XmInstrumentBody& body, Instrument& instrument) {
     ApplyEnvelope(body.volume, instrument.volumeEnvelopes[0]);
     ApplyEnvelope(body.pan, instrument.panEnvelopes[0]);
-    DebugOutput("\tnumvolp: %i\n", body.volume.numPoints);
     instrument.fadeOut = body.fadeOut;
     for (int note = 0; note < kXmKeys; ++note)
         instrument.SetKeySample(note, body.samples[static_cast<std::size_t>(note)], 0, 127);

@@ -74,6 +74,26 @@ struct XmBuilder {
         return out.bytes;
     }
 
+    // What an instrument has in common with a file of its own.
+    static void AddBody(ByteBuilder& out, const XmInstrumentSpec& it) {
+        out.Bytes(it.keyMap);
+        AddPoints(out, it.volumePoints);
+        AddPoints(out, it.panPoints);
+        out.U8(static_cast<unsigned>(it.volumePoints.size())).U8(static_cast<unsigned>(it.panPoints.size()));
+        out.U8(it.volumeSustain).U8(it.volumeLoopStart).U8(it.volumeLoopEnd);
+        out.U8(it.panSustain).U8(it.panLoopStart).U8(it.panLoopEnd);
+        out.U8(it.volumeType).U8(it.panType).Zeros(4).U16(it.fadeOut);
+    }
+    static void AddSamples(ByteBuilder& out, const XmInstrumentSpec& it) {
+        for (const auto& sample : it.samples) {
+            out.U32(sample.length.value_or(static_cast<unsigned>(sample.wave.size())));
+            out.U32(sample.loopStart).U32(sample.loopLength).U8(sample.volume).U8(sample.fineTune);
+            out.U8(sample.type).U8(sample.panning).U8(sample.relativeNote).U8(0).FixedText(sample.name, 22);
+            out.Zeros(it.sampleHeaderSize > 40 ? it.sampleHeaderSize - 40 : 0);
+        }
+        for (const auto& sample : it.samples) out.Bytes(sample.wave);
+    }
+
 private:
     static void AddPattern(ByteBuilder& out, const XmPatternSpec& pattern) {
         out.U32(pattern.headerSize).U8(pattern.packing).U16(pattern.rows);
@@ -89,23 +109,9 @@ private:
         const bool has = !it.samples.empty() || it.numSamples.value_or(0) != 0;
         out.U32(it.size.value_or((has ? 241 : 29) + it.reserved)).FixedText(it.name, 22).U8(0);
         out.U16(it.numSamples.value_or(static_cast<unsigned>(it.samples.size())));
-        if (has) {
-            out.U32(it.sampleHeaderSize).Bytes(it.keyMap);
-            AddPoints(out, it.volumePoints);
-            AddPoints(out, it.panPoints);
-            out.U8(static_cast<unsigned>(it.volumePoints.size())).U8(static_cast<unsigned>(it.panPoints.size()));
-            out.U8(it.volumeSustain).U8(it.volumeLoopStart).U8(it.volumeLoopEnd);
-            out.U8(it.panSustain).U8(it.panLoopStart).U8(it.panLoopEnd);
-            out.U8(it.volumeType).U8(it.panType).Zeros(4).U16(it.fadeOut);
-        }
+        if (has) AddBody(out.U32(it.sampleHeaderSize), it);
         out.Zeros(it.reserved);
-        for (const auto& sample : it.samples) {
-            out.U32(sample.length.value_or(static_cast<unsigned>(sample.wave.size())));
-            out.U32(sample.loopStart).U32(sample.loopLength).U8(sample.volume).U8(sample.fineTune);
-            out.U8(sample.type).U8(sample.panning).U8(sample.relativeNote).U8(0).FixedText(sample.name, 22);
-            out.Zeros(it.sampleHeaderSize > 40 ? it.sampleHeaderSize - 40 : 0);
-        }
-        for (const auto& sample : it.samples) out.Bytes(sample.wave);
+        AddSamples(out, it);
     }
 };
 

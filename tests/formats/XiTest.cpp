@@ -1,0 +1,111 @@
+#include <gtest/gtest.h>
+
+#include "formats/LoaderXI.h"
+#include "tests/support/Damage.h"
+#include "tests/support/LogCapture.h"
+#include "tests/support/TempDirectory.h"
+#include "tests/support/XiBuilder.h"
+
+namespace vonta {
+namespace {
+
+using namespace test;
+
+XmInstrumentSpec ThreeSamples() {
+    XmInstrumentSpec spec;
+    spec.name = "three";
+    spec.samples = {{.name = "eight", .wave = {1, 1, 254, 3}, .loopStart = 1, .loopLength = 2, .fineTune = 0xF0,
+                     .type = 1, .relativeNote = 12},
+                    {.name = "sixteen", .wave = {0, 1, 0, 1, 255, 255}, .loopStart = 2, .loopLength = 4, .type = 0x12},
+                    {.name = "empty"}};
+    spec.keyMap[95] = 2;
+    spec.volumeType = 3;
+    spec.panType = 4;
+    spec.volumeSustain = 1;
+    spec.fadeOut = 300;
+    return spec;
+}
+
+struct LoadedXi {
+    LoadReport report;
+    std::unique_ptr<Instrument> instrument;
+
+    explicit LoadedXi(const FileBytes& bytes) {
+        MemoryStream stream(bytes, "x.xi");
+        instrument = LoaderXI().Load(stream, report);
+    }
+};
+
+TEST(LoaderXI, TheInstrumentOfAFile) {
+    const TempDirectory directory;
+    const auto bytes = BuildXi(ThreeSamples());
+    const auto path = directory.Write("x.xi", {bytes.begin(), bytes.end()});
+    LoadReport report;
+    const LogCapture log;
+    const auto instrument = LoadInstrument(path, report);
+    ASSERT_TRUE(instrument) << report.error;
+    EXPECT_TRUE(report.lines.empty());
+    EXPECT_TRUE(log.Text().starts_with("* Trying Load Instrument (" + path + ")\n* LOADING XI file (" + path +
+                                       ")...\n\t- file (" + path + ") opened\n")) << log.Text();
+    EXPECT_TRUE(log.Has("\t\tnumvolp: 2\n\t\t\t- num. samples 3\n\t- file (" + path +
+                        ") closed\n\t- instrument loaded correctly\n")) << log.Text();
+    EXPECT_EQ(instrument->name, "three");
+    ASSERT_EQ(instrument->numSamples, 3);
+    EXPECT_EQ(instrument->GetKeySample(0, 0, 127), 0);
+    EXPECT_EQ(instrument->GetKeySample(95, 0, 0), 2);
+    EXPECT_EQ(instrument->CountZones(96), 0);
+    EXPECT_EQ(instrument->fadeOut, 300);
+    EXPECT_EQ(instrument->volumeEnvelopes[0].enabled + 2 * instrument->volumeEnvelopes[0].sustainOn, 3);
+    EXPECT_EQ(instrument->volumeEnvelopes[0].points[1], (EnvelopePoint{10, 32}));
+    EXPECT_EQ(instrument->panEnvelopes[0].loopOn, 1);
+    const Sample& eight = *instrument->GetSample(0);
+    EXPECT_EQ(eight.Wave()[1], 512.0f);
+    EXPECT_EQ(eight.toneRel, 12);
+    EXPECT_EQ(eight.fineTune, -16);
+    EXPECT_EQ(eight.data->loopEnd, 3u);
+    const Sample& sixteen = *instrument->GetSample(1);
+    EXPECT_EQ(sixteen.Count(), 3u);
+    EXPECT_EQ(sixteen.bits, 16);
+    EXPECT_EQ(sixteen.Wave()[0], 256.0f);
+    EXPECT_EQ(sixteen.data->loopStart, 1u);
+    EXPECT_EQ(sixteen.data->loopEnd, 3u);
+    EXPECT_EQ(sixteen.data->loopType, VTSAMPLE_LOOP_PINGPONG);
+}
+
+TEST(LoaderXI, TakesSixteenSamplesAndTellsOfMore) {
+    XmInstrumentSpec spec;
+    spec.samples.assign(20, {.wave = {1}});
+    const LoadedXi loaded(BuildXi(spec));
+    ASSERT_TRUE(loaded.instrument);
+    EXPECT_EQ(loaded.instrument->numSamples, 16);
+    EXPECT_EQ(loaded.report.lines.size(), 1u);
+    EXPECT_EQ(loaded.instrument->GetSample(15)->Wave()[0], 256.0f);
+}
+
+TEST(LoaderXI, AFileWithoutAWholeHeaderIsNone) {
+    auto bytes = BuildXi(ThreeSamples());
+    for (const std::size_t size : {std::size_t{0}, std::size_t{297}, std::size_t{298}}) {
+        MemoryStream stream({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size)});
+        EXPECT_EQ(LoaderXI().Check(stream), size == 298);
+    }
+    bytes[19] = ';';
+    MemoryStream other(bytes);
+    EXPECT_FALSE(LoaderXI().Check(other));
+}
+
+TEST(LoaderXI, DamageIsRefusedOrLoadsWhatIsThere) {
+    const auto whole = BuildXi(ThreeSamples());
+    TryPrefixes(whole, [](const FileBytes& bytes) {
+        const LoadedXi loaded(bytes);
+        EXPECT_NE(loaded.instrument == nullptr, loaded.report.error.empty()) << bytes.size();
+        EXPECT_TRUE(!loaded.instrument || !loaded.report.lines.empty()) << bytes.size();
+    });
+    TryFields(whole, [](const FileBytes& bytes) {
+        const LoadedXi loaded(bytes);
+        ASSERT_TRUE(loaded.instrument);
+        loaded.instrument->Validate();
+    });
+}
+
+}  // namespace
+}  // namespace vonta
