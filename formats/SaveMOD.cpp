@@ -10,6 +10,8 @@
 namespace vonta {
 namespace {
 
+constexpr int kCommonPatterns = 128;                 // all players read these
+
 constexpr FormatLimits kModLimits = {
     .titleLength = kModTitleWidth,
     .nameLength = kModNameWidth,
@@ -131,6 +133,9 @@ int SaveMOD(FileStream& stream, const Song& song, LoadReport* report) {
         FormatLimits limits = kModLimits;
         limits.patterns = patterns;
         if (channels > song.numChannels) report->Add("Empty channels added: %i", channels - song.numChannels);
+        if (patterns > kCommonPatterns)
+            report->Add("Patterns above %i, which not every player reads: %i", kCommonPatterns - 1,
+                        patterns - kCommonPatterns);
         ReportLosses(song, limits, *report);
     }
     Writer out(stream);

@@ -16,6 +16,9 @@ constexpr std::string_view kTrackerName = "Vonta Tracker";
 constexpr std::size_t kTitleLength = 19;             // the last byte of the title stays NUL
 constexpr std::size_t kMaxPackedBytes = 65535;       // of a pattern
 constexpr std::size_t kReservedBytes = 2;            // behind the block of an instrument
+// Some players read the size of a sample header with every instrument, also where the file has none: a last
+// instrument without samples would end too early for them and lose its name.
+constexpr std::size_t kTailBytes = 4;
 constexpr std::uint32_t kMaxFrames = 0x7FFFFFFF;     // of 16 bits, in a length of 32
 constexpr std::uint32_t kFramesAtOnce = 16384;
 
@@ -247,12 +250,14 @@ void SaveSamples(RecordWriter& io, const Instrument& instrument, int count) {
             SaveWave(io, *sample, forms[static_cast<std::size_t>(i)]);
 }
 
+int CountSamples(const Instrument* instrument) {
+    return instrument ? CountToLast(instrument->samples, kUsedSamples) : 0;
+}
+
 void SaveInstrument(RecordWriter& io, const Instrument* instrument) {
     XmInstrumentHeader header;
-    if (instrument) {
-        header.name = instrument->name;
-        header.numSamples = static_cast<std::uint16_t>(CountToLast(instrument->samples, kUsedSamples));
-    }
+    if (instrument) header.name = instrument->name;
+    header.numSamples = static_cast<std::uint16_t>(CountSamples(instrument));
     if (header.numSamples > 0) header.size = kXmInstrumentBytes + kReservedBytes;
     XmInstrumentHeaderRecord(io, header);
     if (header.numSamples == 0) return;
@@ -270,6 +275,8 @@ int SaveXM(FileStream& stream, const Song& song, LoadReport* report) {
     XmHeaderRecord(io, header);
     SavePatterns(io, song, header, report);
     for (int i = 0; i < header.instruments; ++i) SaveInstrument(io, song.GetInstrument(i));
+    if (header.instruments > 0 && CountSamples(song.GetInstrument(header.instruments - 1)) == 0)
+        io.Zeros(kTailBytes);
     return 0;
 }
 

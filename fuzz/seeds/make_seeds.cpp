@@ -87,6 +87,7 @@ struct SeedRow {
 
 constexpr SeedRow kSeeds[] = {
     {"chunk_reader", ChunkSeeds},
+    {"load_mod", [] { return std::vector<Bytes>{ModBuilder{}.Build(), ModBuilder::Small().Build()}; }},
     {"load_module", ModuleSeeds},
     {"load_vtm", NativeSongSeeds},
     {"load_vti", NativeInstrumentSeeds},
