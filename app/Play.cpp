@@ -29,18 +29,11 @@ struct PlayRequest {
     double seconds = 0;                              // 0: to the song's end
 };
 
-// Percent of one processor, over the last full second.
-double TotalLoad(const CpuScan& scan) {
-    double total = 0;
-    for (std::uint32_t section = 0; section < kCpuCounters; ++section) total += scan.Read(section);
-    return total;
-}
-
 void ShowState(SndPlayer& player, const char* before, const char* after) {
     const PlayPosition at = player.GetCurrentPlayPos();
     std::printf("%sposition %03d of %03u  pattern %03u  row %03d  %.0f BPM  load %4.1f %%%s", before, at.position,
                 player.GetSong().GetPatternPosLenght(), at.pattern, at.row, static_cast<double>(player.GetBPM()),
-                TotalLoad(*player.GetMixer().cpuScan), after);
+                static_cast<double>(ReadTotals(*player.GetMixer().cpuScan).Total()), after);
     std::fflush(stdout);
 }
 

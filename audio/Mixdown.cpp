@@ -1,20 +1,40 @@
 #include "audio/Mixdown.h"
 
+#include <array>
 #include <memory>
 
 #include "audio/MixdownParts.h"
 #include "audio/WavWriter.h"
+#include "platform/Shared.h"
 
 namespace vonta {
 namespace {
 
-// The player on loan: quiet, at the song's start and at the mixdown's rate. What a song does to its own tempo while
-// it is rendered is undone, for it would be saved with the song.
+// The switches that a song's own commands turn, which would be saved with it.
+struct Switches {
+    std::array<std::uint8_t, kMaxInstruments> filterOn{};
+    std::array<std::uint8_t, kEffectSlots> slotOn{};
+
+    explicit Switches(SndPlayer& player) {
+        for (int i = 0; i < kMaxInstruments; ++i)
+            if (const Instrument* instrument = player.GetSong().GetInstrument(i)) filterOn[i] = instrument->filterOn;
+        for (int slot = 0; slot < kEffectSlots; ++slot)
+            if (const auto& effect = player.GetMixer().effects[slot]) slotOn[slot] = effect->on;
+    }
+    void Restore(SndPlayer& player) const {
+        for (int i = 0; i < kMaxInstruments; ++i)
+            if (Instrument* instrument = player.GetSong().GetInstrument(i)) Store(instrument->filterOn, filterOn[i]);
+        for (int slot = 0; slot < kEffectSlots; ++slot) player.GetMixer().EffectOn(slot, slotOn[slot]);
+    }
+};
+
+// The player on loan: quiet, at the song's start and at the mixdown's rate. What a song does to its own tempo and
+// switches while it is rendered is undone, for it would be saved with the song.
 class Session {
 public:
     Session(SndPlayer& player, const MixdownOptions& options)
         : pause_(player), player_(player), sampleRate_(player.GetMixer().sampleRate), bpm_(player.GetBPM()),
-          tempo_(player.GetSong().GetTempo()) {
+          tempo_(player.GetSong().GetTempo()), switches_(player) {
         player.PerformStop(0, 1);
         player.SetSampleRate(options.sampleRate);
         player.GetMixer().clearIdle = options.byParts;
@@ -31,6 +51,7 @@ public:
         player_.SetSampleRate(sampleRate_);
         player_.SetBPM(bpm_);
         player_.SetTempo(tempo_);
+        switches_.Restore(player_);
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
@@ -41,6 +62,7 @@ private:
     std::uint32_t sampleRate_;
     float bpm_;
     std::uint32_t tempo_;
+    Switches switches_;
 };
 
 struct PartFile {

@@ -172,6 +172,11 @@ void Channel::Resume(bool on) {
 // the ramp does not add up, and the next one starts from there.
 void Channel::Refresh() {
     const int reached = static_cast<std::uint8_t>(volume), wanted = static_cast<std::uint8_t>(targetVolume);
+    volume = targetVolume;
+    if (!HasSound()) {
+        for (Voice& voice : voices) voice.panByte = static_cast<std::uint8_t>(voice.pan);
+        return;
+    }
     for (int k = 0; k < numVoices; ++k) {
         Voice& voice = voices[static_cast<std::size_t>(k)];
         if (!voice.fadeCount) {
@@ -185,7 +190,6 @@ void Channel::Refresh() {
         }
         voice.panByte = pan;
     }
-    volume = targetVolume;
     if (!filterOn) return;
     for (Filter* filter : {filterLeft, filterRight}) {
         filter->SetCutoff(cutoff);

@@ -1,4 +1,5 @@
 // A channel's seven running envelopes and its fade: set up at the note's start, advanced once a tick.
+#include <algorithm>
 #include <cstdlib>
 
 #include "engine/Channel.h"
@@ -82,8 +83,8 @@ void Channel::Tick(float step) {
     }
     if (!keyOff) return;
     RecomputeVolume();
-    fadeLevel -= 2 * fadeOut;
-    if (fadeLevel <= 0) Kill();
+    fadeLevel = std::max(fadeLevel - 2 * fadeOut, 0);
+    if (fadeLevel == 0) Kill();
 }
 
 }  // namespace vonta

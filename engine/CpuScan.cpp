@@ -42,4 +42,16 @@ float CpuScan::Read(std::uint32_t section) const {
     return static_cast<float>(Load(counters[section])) / cyclesPerSecond_ * 100.0f;
 }
 
+CpuTotals ReadTotals(const CpuScan& scan) {
+    constexpr std::uint32_t kSlots = 8;
+    CpuTotals totals;
+    totals.precalcs = scan.Read(kCpuPrecalcs);
+    totals.channels = scan.Read(kCpuScaling) + scan.Read(kCpuPeaks) + scan.Read(kCpuFilters) + scan.Read(kCpuMixing);
+    totals.tick = scan.Read(kCpuTick);
+    totals.master = scan.Read(kCpuSend) + scan.Read(kCpuClipping);
+    for (std::uint32_t slot = 0; slot < kSlots; ++slot)
+        totals.effects += scan.Read(kCpuSlotCopy + slot) + scan.Read(kCpuSlotProcess + slot) + scan.Read(kCpuSlotMix + slot);
+    return totals;
+}
+
 }  // namespace vonta

@@ -51,6 +51,13 @@ private:
     std::uint32_t lastSwap_ = 0;                 // milliseconds
 };
 
+// Percent of one processor, as the screen sums the sections up.
+struct CpuTotals {
+    float precalcs = 0, channels = 0, tick = 0, master = 0, effects = 0;
+    float Total() const { return precalcs + channels + tick + master + effects; }
+};
+CpuTotals ReadTotals(const CpuScan& scan);
+
 // Marks a section for as long as it lives.
 class CpuMark {
 public:

@@ -11,22 +11,22 @@ constexpr std::int8_t kLongestTick = 127;
 }
 
 bool SndPlayer::DoTick(bool silent) {
+    silent_ = silent;
     if (tick_ < kLongestTick) ++tick_;            // with tempo 0 it stands there until rows move again
     const bool wrapped = playing_ && !ended_ && AdvanceSequencer(silent);
     if (silent) return wrapped;
 
     RunJamQueue();
     for (auto* table : {&mixer_->channels, &mixer_->reserve})
-        for (const auto& channel : *table) channel->Tick(tickStep_);
+        for (const auto& channel : *table) channel->Tick(tickStep_);   // before any of them is refreshed
     for (auto* table : {&mixer_->channels, &mixer_->reserve})
-        for (const auto& channel : *table)
-            if (channel->HasSound()) channel->Refresh();
+        for (const auto& channel : *table) channel->Refresh();
     return wrapped;
 }
 
 bool SndPlayer::AdvanceSequencer(bool silent) {
     tickCounter_ = tickCounter_ + 1;
-    const auto tempo = static_cast<int>(std::min(song_->GetTempo(), kMaxTempo));
+    const auto tempo = static_cast<int>(std::min<std::uint32_t>(song_->GetTempo(), kLongestTick));
     if (tempo == 0) return false;
     if (tick_ < tempo) {
         RunTickEffects();
@@ -122,6 +122,10 @@ void SndPlayer::RunJamQueue() {
     while (jam_.Take(note)) {
         const auto channel = static_cast<int>(note.channel % kTracks);
         const int volume = note.volume == 255 ? int{kNoVolume} : note.volume;
+        if (note.note == kNoteOff) {
+            KeyOff(channel, Milliseconds());
+            continue;
+        }
         PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0, Milliseconds());
         Memory(channel).activeEffect = Memory(channel).volumeColumnEffect = 0;
     }
@@ -146,6 +150,7 @@ void SndPlayer::PerformPlay(std::uint8_t flags) {
         row_ = 0;
     }
     startTime_ = Milliseconds();
+    random_ = 1;
     ended_ = 0;
     playing_ = 1;
     DoTick();
@@ -177,15 +182,17 @@ void SndPlayer::PerformStop(std::uint8_t keepPlaying, std::uint32_t immediate) {
 // Silent ticks start no notes; effect memories and tempo commands on the way come out right. The count is a host's:
 // bounded to some hours of ticks.
 void SndPlayer::SeekToTick(std::uint32_t ticks) {
-    constexpr std::uint32_t kLongestSeek = 1u << 20;
     ResetSequencer();
     row_ = 0;
     EnterPosition(0);
     tickCounter_ = 0;
     const std::uint8_t wasPlaying = playing_;
     playing_ = 1;
-    for (std::uint32_t i = std::min(ticks, kLongestSeek); i > 0; --i) DoTick(true);
+    ended_ = 0;
+    ticks = std::min(ticks, kLongestSeek);
+    for (std::uint32_t i = 0; i < ticks; ++i) DoTick(true);
     playing_ = wasPlaying;
+    tickCounter_ = ticks;                         // also where the song ended on the way
 }
 
 }  // namespace vonta

@@ -9,14 +9,13 @@ namespace vonta {
 namespace {
 
 constexpr double kTicksPerUnit = 480 * 0.05;      // of the host's position
-constexpr double kLastTick = 1u << 30;            // a host's number may be anything
 constexpr int kRowsCompared = 64;
 
 }  // namespace
 
 bool SndPlayer::GetSyncPosition(std::uint32_t& tick, double& fraction, std::uint32_t& row) {
     const double position = mixer_->device->GetSyncTime() * kTicksPerUnit;
-    const double bounded = position > 0.0 ? std::fmin(position, kLastTick) : 0.0;
+    const double bounded = position > 0.0 ? std::fmin(position, double{kLongestSeek}) : 0.0;
     tick = static_cast<std::uint32_t>(bounded);
     fraction = bounded - tick;
     row = song_->GetTempo() ? tick / song_->GetTempo() : 0;
@@ -26,7 +25,7 @@ bool SndPlayer::GetSyncPosition(std::uint32_t& tick, double& fraction, std::uint
 void SndPlayer::FollowHost() {
     DrvSound& device = *mixer_->device;
     const float tempo = device.GetSyncTempo();
-    if (tempo > 0.0f && std::isfinite(tempo) && tempo != bpm_) {
+    if (tempo > 0.0f && BoundedBpm(tempo) != bpm_) {
         SetBPM(tempo);
         mixer_->syncSamples = 0;
     }
@@ -53,7 +52,7 @@ void SndPlayer::FollowHostPosition() {
     const int expectedRow = static_cast<int>(row % kRowsCompared);
     if (expectedRow != row_)
         DebugOutput("Lineaactual erronea actualpatron(%i) actualSync(%i)\n", int{row_}, expectedRow);
-    const int hostSample = static_cast<int>(fraction * static_cast<double>(mixer_->samplesPerTick));
+    const int hostSample = static_cast<int>(fraction * static_cast<double>(Load(mixer_->samplesPerTick)));
     const int ownSample = static_cast<int>(mixer_->tickPosition);
     const std::uint32_t own = tickCounter_;
     DebugOutput("TimeValid: TickCubase(%i)(%i) TickVonta(%i)(%i)", static_cast<int>(tick), hostSample,
@@ -63,7 +62,7 @@ void SndPlayer::FollowHostPosition() {
         mixer_->tickPosition = static_cast<float>(hostSample);
     } else if (tick == own + 1) {
         DebugOutput(" Tick anterior");
-        mixer_->tickPosition = mixer_->samplesPerTick;   // the next segment is empty, and the tick falls at once
+        mixer_->tickPosition = Load(mixer_->samplesPerTick);   // the next segment is empty, and the tick falls at once
     } else if (tick + 1 == own) {
         DebugOutput(" Tick siguiente");
         mixer_->tickPosition = 0;                        // the tick just run is given a full length again

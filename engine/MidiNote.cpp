@@ -10,6 +10,9 @@ enum Controller { kBankHigh = 0, kVolume = 7, kPan = 8, kBankLow = 32 };
 constexpr int kMidiMax = 127;
 constexpr int kSynthOutputs = 128;                // output numbers from here on are plug-ins
 
+// A data byte of a message; a file's numbers may be anything.
+constexpr int Data(int value) { return value & kMidiMax; }
+
 // Sends `value` through `send` unless it was the last one.
 template <class Send>
 void SendChanged(std::uint16_t& last, std::uint16_t value, Send send) {
@@ -29,7 +32,7 @@ void SndPlayer::SendMidiNote(int track, int instrumentNumber, int note, int volu
         pitch += std::int64_t{sample->toneRel} + instrument.transpose;
         if (volume > kMaxVolume) velocity = std::min<int>(sample->volume, kMidiMax);
     }
-    const int outputNumber = instrument.useSynth ? (midi.synth + kSynthOutputs) & 0xFF : midi.device;
+    const int outputNumber = instrument.useSynth ? kSynthOutputs + Data(midi.synth) : midi.device;
 
     Channel& channel = GetChannel(track);
     SendMidiNoteOff(channel, time);
@@ -55,14 +58,14 @@ void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrumen
     MidiSent& sent = midiSent_[static_cast<std::size_t>(outputNumber)][static_cast<std::size_t>(channel)];
     if (midi.sendBank)
         SendChanged(sent.bank, midi.bank, [&] {
-            output.ControlChange(channel, kBankLow, midi.bank & 0xFF, time);
-            output.ControlChange(channel, kBankHigh, midi.bank >> 8, time);
+            output.ControlChange(channel, kBankLow, Data(midi.bank), time);
+            output.ControlChange(channel, kBankHigh, Data(midi.bank >> 8), time);
         });
-    SendChanged(sent.program, midi.program, [&] { output.ProgramChange(channel, midi.program, time); });
+    SendChanged(sent.program, midi.program, [&] { output.ProgramChange(channel, Data(midi.program), time); });
     if (midi.sendVolume)
-        SendChanged(sent.volume, midi.volume, [&] { output.ControlChange(channel, kVolume, midi.volume, time); });
+        SendChanged(sent.volume, midi.volume, [&] { output.ControlChange(channel, kVolume, Data(midi.volume), time); });
     if (midi.sendPan)
-        SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, midi.pan, time); });
+        SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, Data(midi.pan), time); });
 }
 
 void SndPlayer::SendMidiNoteOff(Channel& channel, std::uint32_t time) {

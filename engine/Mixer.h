@@ -40,7 +40,7 @@ struct Mixer {
     std::uint32_t playPosition = 0, writePosition = 0, blockBytes = 0;
     std::uint8_t restartBlock = 0;                // the next block is the first after a start
     std::uint8_t timerFlag = 1;                   // the device runs the callback from a timer
-    float samplesPerTick = 882.0f;                // frames
+    float samplesPerTick = 882.0f;                // frames; shared, as sampleRate is not
     float tickPosition = 0.0f;                    // frames since the last tick
     std::uint32_t syncSamples = 0;
 

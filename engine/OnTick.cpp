@@ -12,12 +12,14 @@ constexpr std::uint32_t kChunkBytes = kRenderFrames * kDeviceFrameBytes;
 
 std::atomic<std::uint8_t> inCallback{0};
 
-// A fault ends the sound but not the program: the handler saves the song. inCallback stays set then, since what the
-// cycle held is lost.
+// A fault ends the sound and its timer but not the program: the handler saves the song. inCallback stays set then,
+// since what the cycle held is lost.
 bool SndPlayer::Cycle::OnTick() {
     const auto run = [](void* player) { static_cast<SndPlayer*>(player)->BlockCycle(); };
-    if (!RunGuarded(run, &player_) && player_.crashHandler_) player_.crashHandler_->OnCrash(1);
-    return false;
+    if (RunGuarded(run, &player_)) return false;
+    player_.faulted_ = true;
+    if (player_.crashHandler_) player_.crashHandler_->OnCrash(1);
+    return true;
 }
 
 void SndPlayer::BlockCycle() {

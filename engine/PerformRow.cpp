@@ -15,6 +15,7 @@ constexpr int kFullVelocity = 127;
 }  // namespace
 
 bool SndPlayer::PerformRow(bool silent) {
+    silent_ = silent;
     const Pattern& pattern = CurrentPattern();
     const std::uint32_t time = Milliseconds();
     loopJump_ = orderJump_ = patternBreak_ = loopRow_ = orderTarget_ = 0;
@@ -28,20 +29,20 @@ bool SndPlayer::PerformRow(bool silent) {
         row.cell = pattern.Read(row_, channel);
         row.channel = channel;
         row.time = time;
-        PerformCell(row, silent);
+        PerformCell(row);
         songEnd |= row.songEnd;
         if (row.effect == kXDelay && row.startedNote) delays[static_cast<std::size_t>(channel)] = row.cell.param;
     }
     for (int channel = 0; channel < channels; ++channel) {
         const int param = delays[static_cast<std::size_t>(channel)];
         if (param < 0) continue;
-        const double row = song_->GetTempo() * static_cast<double>(mixer_->samplesPerTick);
+        const double row = song_->GetTempo() * static_cast<double>(Load(mixer_->samplesPerTick));
         GetChannel(channel).SetDelay(static_cast<std::uint32_t>(row * param / 255.0));
     }
     return songEnd;
 }
 
-void SndPlayer::PerformCell(RowCell& row, bool silent) {
+void SndPlayer::PerformCell(RowCell& row) {
     ChannelMemory& memory = Memory(row.channel);
     row.formerCode = static_cast<std::uint8_t>(memory.activeEffect >> 8);
     ReturnFromArpeggio(row.channel);
@@ -59,7 +60,7 @@ void SndPlayer::PerformCell(RowCell& row, bool silent) {
     const bool wasVibrato = row.formerCode == kVibrato || row.formerCode == kVibratoSlide;
     if (wasVibrato && row.effect != kVibrato && row.effect != kVibratoSlide)
         GetChannel(row.channel).SetPeriod(static_cast<double>(memory.savedPeriod), mixer_->sampleRate);
-    if (!silent) StartCell(row);
+    if (!silent_) StartCell(row);
 
     memory.volumeColumnEffect = 0;
     if (row.cell.volume & kVolumeCommand) {
@@ -68,7 +69,7 @@ void SndPlayer::PerformCell(RowCell& row, bool silent) {
         GetChannel(row.channel).SetNoteVolume(row.cell.volume);
     }
     memory.activeEffect = 0;
-    if (SendMidiController(row) || row.effect >= kEffectCodes) return;
+    if ((!silent_ && SendMidiController(row)) || row.effect >= kEffectCodes) return;
     if (const RowEffect perform = kEffects[row.effect].onRow) perform(*this, row);
 }
 
@@ -97,12 +98,13 @@ bool SndPlayer::SendMidiController(const RowCell& row) {
     const std::uint8_t controller = midi.controllers[row.effect];
     if (controller == 255) return false;
     if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, midi.midiDevice))
-        output->ControlChange(midi.midiChannel, controller, row.cell.param, row.time);
+        output->ControlChange(midi.midiChannel, controller & 127, row.cell.param & 127, row.time);
     return true;
 }
 
 bool SndPlayer::Trigger(int channelNumber, int note, int instrument, int volume, bool restartEnvelopes,
                         std::uint32_t time) {
+    if (silent_) return false;
     if (note == kNoteOff) {
         KeyOff(channelNumber, time);
         return false;
@@ -134,13 +136,21 @@ void SndPlayer::TriggerInstrumentAlone(int channelNumber, int instrumentNumber, 
     if (!instrument || key < 0 || key > kLastNote) return;
     const Sample* sample = instrument->GetSample(instrument->GetKeySample(key, 0, kFullVelocity));
     if (!sample) return;
-    if (restartEnvelopes) SetupNextEnvelopes(channel, *instrument, sample->panning, kRestartCutoff, kRestartResonance);
+    if (restartEnvelopes) RestartEnvelopes(channel, *instrument, sample->panning);
     channel.fadeOut = instrument->fadeOut;
     channel.fadeLevel = kFullFade;
     channel.keyOff = 0;
     channel.noteVolume = std::min<int>(sample->volume, kMaxVolume);
     channel.RecomputeVolume();
     channel.Resume(true);
+}
+
+// Without a filter envelope the note keeps its filter as it is.
+void SndPlayer::RestartEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan) {
+    const float cutoff = channel.cutoff, resonance = channel.resonance;
+    SetupNextEnvelopes(channel, instrument, pan, kRestartCutoff, kRestartResonance);
+    if (!channel.cutoffEnvelope.on) channel.cutoff = cutoff;
+    if (!channel.resonanceEnvelope.on) channel.resonance = resonance;
 }
 
 }  // namespace vonta

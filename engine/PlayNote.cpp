@@ -56,29 +56,31 @@ int PitchNote(const Instrument& instrument, const Sample& sample, int note) {
 void SetRouting(Channel& channel, const Instrument& instrument) {
     channel.sendMask = 0;
     for (std::size_t i = 0; i < kMixedSends; ++i) {
-        if (instrument.sends[i].on) channel.sendMask |= 1u << i;
-        channel.sends[i] = instrument.sends[i].level;
+        if (Load(instrument.sends[i].on)) channel.sendMask |= 1u << i;
+        channel.sends[i] = Load(instrument.sends[i].level);
     }
     channel.busMask = 0;
     for (std::size_t b = 0; b < kBuses; ++b)
-        if (instrument.busMask[b]) channel.busMask |= static_cast<std::uint8_t>(1u << b);
-    channel.groupOutput = instrument.groupOn ? static_cast<std::uint8_t>(instrument.groupOutput + 1) : 0;
-    channel.busLeft = 2.0f * (1.0f - instrument.pan) * instrument.gain;
-    channel.busRight = 2.0f * instrument.pan * instrument.gain;
+        if (Load(instrument.busMask[b])) channel.busMask |= static_cast<std::uint8_t>(1u << b);
+    const std::uint8_t pair = Load(instrument.groupOutput);
+    channel.groupOutput = Load(instrument.groupOn) ? static_cast<std::uint8_t>((pair < kOutputPairs ? pair : 0) + 1) : 0;
+    const float pan = Load(instrument.pan), gain = Load(instrument.gain);
+    channel.busLeft = 2.0f * (1.0f - pan) * gain;
+    channel.busRight = 2.0f * pan * gain;
 }
 
 void SetFilters(Channel& channel, const Instrument& instrument, std::uint32_t sampleRate) {
-    const bool known = instrument.filterType >= 0 && instrument.filterType < kFilterTypes;
-    const auto type = static_cast<std::size_t>(known ? instrument.filterType : 0);
-    channel.filterOn = instrument.filterOn;
+    const std::int32_t wanted = Load(instrument.filterType);
+    const auto type = static_cast<std::size_t>(wanted >= 0 && wanted < kFilterTypes ? wanted : 0);
+    channel.filterOn = Load(instrument.filterOn);
     channel.filterLeft = channel.filterBankLeft[type].get();
     channel.filterRight = channel.filterBankRight[type].get();
     channel.filterLeft->Reset();
     channel.filterRight->Reset();
     for (std::size_t i = 0; i < channel.eq.size(); ++i) {
-        channel.eq[i].on = instrument.eq[i].on;
-        channel.eq[i].Set(static_cast<float>(sampleRate), instrument.eq[i].frequency,
-                          instrument.eq[i].gain * kEqGain);
+        channel.eq[i].on = Load(instrument.eq[i].on);
+        channel.eq[i].Set(static_cast<float>(sampleRate), Load(instrument.eq[i].frequency),
+                          Load(instrument.eq[i].gain) * kEqGain);
     }
 }
 
@@ -113,13 +115,14 @@ void SndPlayer::PlayNote(int instrumentNumber, int note, int offset, int volume,
     const int notePan = (pan & 0xFF00) ? pan & 0xFF : sample ? sample->panning : kOwnPan;
     const float cutoff = StepCutoffLfo(*instrument);
 
+    if (!instrument->midi.enabled) SendMidiNoteOff(GetChannel(track), time);   // it would hang beside the new note
     MoveOldSoundOut(track);
     Channel& channel = GetChannel(track);         // a clean one, if the old one sounded
     channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
     channel.fadeOut = instrument->fadeOut;
     channel.fadeLevel = kFullFade;
     channel.keyOff = 0;
-    channel.newNoteAction = instrument->newNoteAction;
+    channel.newNoteAction = Load(instrument->newNoteAction);
     channel.noteVolume = std::min<int>(effective, kMaxVolume);
     channel.SwitchOffEnvelopes();
     SetupNextEnvelopes(channel, *instrument, static_cast<std::uint8_t>(notePan), cutoff, instrument->resonance);
@@ -152,6 +155,7 @@ void SndPlayer::StartVoices(const NoteStart& start) {
     const int pitch = PitchNote(start.instrument, start.sample, start.note);
     channel.active = 1;
     channel.numVoices = 1;
+    for (std::size_t k = 1; k < kMaxLayers; ++k) channel.voices[k].fadeCount = 0;   // layers of a note that has ended
     channel.volume = 0;
     SetFilters(channel, start.instrument, rate);
     StartVoice(channel.voices[0], start.sample, start.instrument, start.offset, pitch, rate);
@@ -192,7 +196,7 @@ float SndPlayer::StepCutoffLfo(Instrument& instrument) {
     if (!std::isfinite(turn)) return cutoff;
     phase += instrument.cutoffLfoWave == 4 ? -turn : turn;
     if (phase >= kTurn) phase -= kTurn;
-    if (phase < 0.0f) phase += kTurn;
+    if (phase <= 0.0f && instrument.cutoffLfoWave == 4) phase += kTurn;
     return cutoff;
 }
 

@@ -26,11 +26,15 @@ class CommandList {
 public:
     static constexpr std::size_t kCapacity = 512;
 
-    bool Post(const PlayerCommand& command) {      // false: full, nobody has drained it; dropped
+    // When nobody has drained the list for long and it is full, a kill is dropped, and a play or stop takes the place of
+    // the last record: the newest wish always gets through.
+    void Post(const PlayerCommand& command) {
         const std::lock_guard lock(commandLock_);
-        if (count_ == kCapacity) return false;
-        commands_[count_++] = command;
-        return true;
+        if (count_ < kCapacity) {
+            commands_[count_++] = command;
+        } else if (command.type != PlayerCommand::Type::KillChannel) {
+            commands_[kCapacity - 1] = command;
+        }
     }
 
     // Audio thread: hands each record to `perform` after the lock is released.

@@ -6,20 +6,11 @@
 #include "platform/FlushToZero.h"
 
 namespace vonta {
-namespace {
-
-// A host or a script may ask for any tempo.
-constexpr float kLongestTick = 1 << 24;           // frames
-
-int WholeFrames(float frames) { return static_cast<int>(std::clamp(frames, 0.0f, kLongestTick)); }
-
-}  // namespace
-
 // The tick's length and position are taken once: a tempo change of an effect takes hold at the next block.
 template <class MixSegment>
 bool SndPlayer::WalkTicks(int frames, bool silent, MixSegment mixSegment) {
-    const int tickLength = std::max(1, WholeFrames(mixer_->samplesPerTick));
-    int position = WholeFrames(mixer_->tickPosition);
+    const int tickLength = std::max(1, static_cast<int>(Load(mixer_->samplesPerTick)));
+    int position = static_cast<int>(mixer_->tickPosition);
     bool wrapped = false;
     for (int offset = 0; offset < frames;) {
         const int toTick = position < tickLength ? tickLength - position : position == tickLength ? 0 : tickLength;

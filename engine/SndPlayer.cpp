@@ -28,8 +28,10 @@ constexpr DeviceRow kDevices[] = {
 };
 constexpr int kLastDevice = static_cast<int>(DeviceKind::Asio);
 
-constexpr float kMaxHostBpm = 100000.0f;          // keeps a tick above a few frames
-constexpr std::uint32_t kMinSampleRate = 1000;    // what the arithmetic of a device or a host may ask for at least
+// A host or a script may ask for any number: inside these a tick is a sound number of frames.
+constexpr float kMinPlayedBpm = 1.0f, kMaxPlayedBpm = 100000.0f;
+constexpr std::uint32_t kMinSampleRate = 1000;    // Hz
+constexpr int kMaxLatencyMs = 10000;
 
 // A host's input, which stays the device's.
 class BorrowedMidiIn final : public DrvMIDIIN {
@@ -55,23 +57,26 @@ SndPlayer::~SndPlayer() { Shutdown(); }
 
 int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, CrashHandler* crashHandler,
                           std::uint32_t sampleRate, std::unique_ptr<DrvSound> hostDevice) {
-    if (deviceKind < 0 || deviceKind > kLastDevice) return 1;
     crashHandler_ = crashHandler;
     mixer_->sampleRate = std::max(sampleRate, kMinSampleRate);
     DebugOutput("SampleRate = %i\n", static_cast<int>(mixer_->sampleRate));
+    if (deviceKind < 0 || deviceKind > kLastDevice) return 1;
 
+    CloseDevice();
     const auto kind = static_cast<DeviceKind>(deviceKind);
     mixer_->device = hostDevice ? std::move(hostDevice) : factory_ ? factory_(kind) : nullptr;
     if (!OpenDevice(windowHandle, kind, deviceIndex)) {
-        mixer_->device.reset();
+        CloseDevice();
         return 1;
     }
     UpdateTickLength();
     TempoChanged();
     DebugOutput("\t- Starting MIDI OUT\n");
     if (openMidi_) openMidi_(*mixer_);
-    if (DrvMIDIIN* hostInput = mixer_->device->GetSyncMidiIn())
+    if (DrvMIDIIN* hostInput = mixer_->device->GetSyncMidiIn()) {
         mixer_->midiIn[0] = std::make_unique<BorrowedMidiIn>(*hostInput);
+        hostInput_ = true;
+    }
     SetSong(nullptr);
     started_ = true;
     return 0;
@@ -96,17 +101,23 @@ void SndPlayer::Shutdown() {
     }
     PerformStop(0, 1);
     for (int slot = 0; slot < kEffectSlots; ++slot) mixer_->SetEffect(slot, nullptr);
-    mixer_->device.reset();
+    CloseDevice();
     started_ = false;
+}
+
+void SndPlayer::CloseDevice() {
+    if (hostInput_) mixer_->midiIn[0].reset();
+    hostInput_ = false;
+    mixer_->device.reset();
 }
 
 void SndPlayer::SetSong(std::unique_ptr<Song> song) {
     if (!song) song = Song::MakeDefault();
-    if (song_) PerformStop(1, 1);                 // voices and MIDI notes belong to the former song
+    if (song_) StopNotes();                       // voices and MIDI notes belong to the former song
     for (int slot = 0; slot < kEffectSlots; ++slot) mixer_->SetEffect(slot, nullptr);
     song_ = std::move(song);
     song_->fxSlotTable = &mixer_->effects;
-    bpm_ = static_cast<float>(song_->GetBPM());
+    bpm_ = BoundedBpm(static_cast<float>(song_->GetBPM()));
     UpdateTickLength();
     TempoChanged();
     row_ = 0;
@@ -166,14 +177,14 @@ bool SndPlayer::IsMixerOn() const {
 
 void SndPlayer::SetMixerOn(bool on) {
     DrvSound* device = mixer_->device.get();
-    MultimediaTimer* timer = device ? device->GetTimer() : nullptr;
-    if (!timer) return;
+    if (!device) return;
+    MultimediaTimer* timer = device->GetTimer();
     if (!on) {
-        timer->Stop();
+        if (timer) timer->Stop();
         WriteSilence();
         mixer_->restartBlock = 1;
-        while (inCallback) std::this_thread::yield();
-    } else if (!timer->IsRunning()) {
+        while (inCallback && !faulted_) std::this_thread::yield();
+    } else if (timer && !timer->IsRunning()) {
         mixer_->restartBlock = 1;
         device->GetPosition(&mixer_->playPosition);
         mixer_->writePosition = mixer_->playPosition;
@@ -195,7 +206,7 @@ void SndPlayer::WriteSilence() {
 void SndPlayer::UpdateTickLength() {
     const double beats = static_cast<double>(bpm_);
     const double ticksPerSecond = (beats + beats) * 0.2;
-    mixer_->samplesPerTick = static_cast<float>(mixer_->sampleRate / ticksPerSecond);
+    Store(mixer_->samplesPerTick, static_cast<float>(mixer_->sampleRate / ticksPerSecond));
     tickStep_ = static_cast<float>(50.0 / ticksPerSecond);
 }
 
@@ -205,12 +216,13 @@ void SndPlayer::TempoChanged() {
 }
 
 void SndPlayer::TellSongEnd() {
-    if (songEndListener_) songEndListener_->OnSongEnd();
+    if (SongEndListener* listener = songEndListener_) listener->OnSongEnd();
 }
 
+float SndPlayer::BoundedBpm(float bpm) { return bpm >= kMinPlayedBpm ? std::min(bpm, kMaxPlayedBpm) : kMinPlayedBpm; }
+
 void SndPlayer::SetBPM(float bpm) {
-    if (!(bpm > 0.0f)) return;
-    bpm_ = std::min(bpm, kMaxHostBpm);
+    bpm_ = BoundedBpm(bpm);
     song_->SetBPM(static_cast<std::uint32_t>(bpm_));
     UpdateTickLength();
     TempoChanged();
@@ -244,8 +256,9 @@ void SndPlayer::SetInterpolation(Interpolation mode) {
 
 // The device speaks bytes; the 20 bytes keep a latency of 0 ms from asking for nothing at all.
 void SndPlayer::SetLatencyMs(int ms) {
-    if (mixer_->device)
-        mixer_->device->SetLatency(static_cast<std::uint32_t>(mixer_->sampleRate * (std::max(ms, 0) * 4.0) * 0.001 + 20.0));
+    if (!mixer_->device) return;
+    const double bounded = std::clamp(ms, 0, kMaxLatencyMs);
+    mixer_->device->SetLatency(static_cast<std::uint32_t>(mixer_->sampleRate * bounded * 4.0 * 0.001 + 20.0));
 }
 
 int SndPlayer::GetLatencyMs() {
@@ -270,6 +283,8 @@ int SndPlayer::QueueNoteOn(int note, int instrument, int channel, int volume) {
     return jam_.Put(entry) ? channel : 0;
 }
 
+void SndPlayer::QueueKeyOff(int channel) { QueueNoteOn(kNoteOff, 0, channel, 0); }
+
 void SndPlayer::SetChannelMuted(int channel, bool on) {
     if (channel >= 0 && channel < kTracks) channelMuted_[static_cast<std::size_t>(channel)] = on;
 }
@@ -285,18 +300,23 @@ void SndPlayer::MuteInstrument(int instrument, bool on) {
 }
 
 void SndPlayer::UnmuteInstruments() {
-    for (int i = 0; i < kMaxInstruments; ++i) MuteInstrument(i, false);
+    for (auto& request : muteRequests_) request = kKeep;
+    unmuteAll_ = true;
+    muteRequested_ = true;
 }
 
 void SndPlayer::ApplyMuteRequests() {
     if (!muteRequested_.exchange(false)) return;
+    const bool all = unmuteAll_.exchange(false);
+    std::array<std::uint8_t, kMaxInstruments> wanted;
+    for (std::size_t i = 0; i < wanted.size(); ++i) wanted[i] = muteRequests_[i].exchange(kKeep);
     for (auto* table : {&mixer_->channels, &mixer_->reserve})
         for (const auto& channel : *table) {
-            if (channel->lastInstrument >= kMaxInstruments) continue;
-            const std::uint8_t request = muteRequests_[channel->lastInstrument];
+            if (all) channel->instrumentMuted = 0;
+            if (channel->instrument >= kMaxInstruments) continue;
+            const std::uint8_t request = wanted[channel->instrument];
             if (request != kKeep) channel->instrumentMuted = request == kMute;
         }
-    for (auto& request : muteRequests_) request = kKeep;
 }
 
 }  // namespace vonta

@@ -5,7 +5,8 @@
 // stopped: both are called the audio side here.
 //
 // Threads. Play, Stop and KillChannel post commands. Everything that replaces or frees a part of the song goes inside
-// a MixerPause. Positions and single values are plain stores that the audio side sees at its next tick.
+// a MixerPause; what frees waves, envelopes or plug-ins calls StopNotes there first, for sounding voices point into
+// them. Positions and single values are plain stores that the audio side sees at its next tick.
 #pragma once
 
 #include <array>
@@ -126,7 +127,7 @@ public:
     float GetBPM() const { return bpm_; }
     std::uint32_t StartTime() const { return startTime_; }       // milliseconds, at the last Play
     int OutputClass() const { return outputClass_; }             // 0, 1 DirectSound planes; 2 WaveOut, ASIO; 3 neither
-    void SetSongEndListener(SongEndListener* listener) { songEndListener_ = listener; }
+    void SetSongEndListener(SongEndListener* listener) { songEndListener_ = listener; }   // or null
     PositionNotice& GetPositionNotice() { return notice_; }
     bool TakePositionJump() { return positionJumped_.exchange(false); }   // a host moved us: redraw
 
@@ -136,9 +137,11 @@ public:
     bool Revisited() const { return revisited_; }
     void ClearVisits();
 
-    // Keyboard playing in the tick grid. volume 255 is the sample's own. The channel taken, or 0 when 32 notes wait.
+    // Keyboard playing in the tick grid, from any thread. volume 255 is the sample's own. The channel taken, or 0 when 32
+    // notes wait.
     int QueueNote(int note, int instrument, int volume);
     int QueueNoteOn(int note, int instrument, int channel, int volume);
+    void QueueKeyOff(int channel);                 // a released key
 
     // A muted track takes no notes; a muted instrument's notes run unheard.
     void SetChannelMuted(int channel, bool on);
@@ -156,6 +159,7 @@ public:
     // One call of the device: commands, sync, as many blocks as it wants, position notice.
     void BlockCycle();
 
+    void StopNotes() { PerformStop(1, 1); }        // all sound at once; what plays goes on playing
     void PerformPlay(std::uint8_t flags);
     void PerformStop(std::uint8_t keepPlaying, std::uint32_t immediate);
     bool DoTick(bool silent = false);              // true if the song wrapped
@@ -171,6 +175,8 @@ public:
     Channel& GetChannel(int channel) { return *mixer_->channels[static_cast<std::size_t>(channel)]; }
 
 private:
+    static constexpr std::uint32_t kLongestSeek = 1u << 20;   // ticks, some hours: a host's number may be anything
+
     friend struct RowEffects;                      // the effect commands: Effects.cpp
     struct NoteStart;                              // what PlayNote has found out: PlayNote.cpp
 
@@ -186,10 +192,12 @@ private:
     struct MidiSent { std::uint16_t bank = 65535, program = 65535, volume = 65535, pan = 65535; };
 
     bool OpenDevice(void* windowHandle, DeviceKind kind, int deviceIndex);
+    void CloseDevice();
     void WriteSilence();
     void UpdateTickLength();
     void TempoChanged();
     void TellSongEnd();
+    static float BoundedBpm(float bpm);
 
     void PerformCommand(const PlayerCommand& command);
     std::uint32_t BytesWanted();
@@ -212,12 +220,13 @@ private:
     const Pattern& CurrentPattern() const;
     void SelectPattern(int pattern);
 
-    void PerformCell(RowCell& row, bool silent);
+    void PerformCell(RowCell& row);
     void ReturnFromArpeggio(int channel);
     void StartCell(RowCell& row);
     bool SendMidiController(const RowCell& row);
     bool Trigger(int channel, int note, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
     void TriggerInstrumentAlone(int channel, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
+    void RestartEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan);
     void SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff, float resonance);
 
     float StepCutoffLfo(Instrument& instrument);
@@ -231,9 +240,11 @@ private:
     DeviceFactory factory_;
     MidiOpener openMidi_;
     CrashHandler* crashHandler_ = nullptr;
-    SongEndListener* songEndListener_ = nullptr;
+    Relaxed<SongEndListener*> songEndListener_{nullptr};
     std::uint8_t outputClass_ = 3;
     bool started_ = false;
+    bool hostInput_ = false;                       // midiIn[0] is the device's own
+    std::atomic<bool> faulted_{false};             // the block cycle was cut short: inCallback stays set
     Cycle cycle_{*this};
 
     std::unique_ptr<Song> song_;
@@ -242,8 +253,9 @@ private:
 
     // The clock.
     Relaxed<float> bpm_{125.0f};
-    float tickStep_ = 1.0f;                        // envelope advance per tick; 1 at 125 BPM
+    Relaxed<float> tickStep_{1.0f};                // envelope advance per tick; 1 at 125 BPM
     std::int8_t tick_ = -1;                        // within the row; 0 is the row's own
+    bool silent_ = false;                          // this tick starts no notes and sends nothing
     Relaxed<std::uint32_t> tickCounter_{0};
     Relaxed<std::uint32_t> startTime_{0};
 
@@ -270,8 +282,8 @@ private:
 
     // Mutes of sounding notes, applied by the audio side: channels change places under it.
     enum MuteRequest : std::uint8_t { kKeep, kUnmute, kMute };
-    std::array<Relaxed<std::uint8_t>, kMaxInstruments> muteRequests_;
-    std::atomic<bool> muteRequested_{false};
+    std::array<std::atomic<std::uint8_t>, kMaxInstruments> muteRequests_{};
+    std::atomic<bool> muteRequested_{false}, unmuteAll_{false};
 
     std::array<std::array<MidiSent, 16>, 256> midiSent_;   // per output number and MIDI channel
     std::uint32_t random_ = 1;                     // of the cutoff LFO

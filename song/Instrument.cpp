@@ -63,6 +63,8 @@ const Instrument::Envelopes& Instrument::GetEnvelopes(EnvelopeKind which) const 
 }
 
 int Instrument::AddSample(std::unique_ptr<Sample> sample) {
+    // The self-check may have counted fewer than there are: none is lost for that.
+    while (numSamples >= 0 && numSamples < kMaxSamples && samples[static_cast<std::size_t>(numSamples)]) ++numSamples;
     if (numSamples < 0 || numSamples >= kMaxSamples) return -1;
     samples[static_cast<std::size_t>(numSamples)] = std::move(sample);
     return numSamples++;

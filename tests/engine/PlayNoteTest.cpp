@@ -139,18 +139,34 @@ TEST(NoteStart, LoopPointsOfAFileAreBoundedByTheWave) {
     }
 }
 
-TEST(Instruments, RepeatedWithoutANoteRestartsEnvelopesAndVolume) {
-    SongBuilder song = OneSine();
-    song.SineInstrument(1, 640, kLoop).Note(0, 0, 48, 1, 20).Note(1, 0, kNoNote, 1).Note(2, 0, kNoNote, 2);
-    song.Edit().GetInstrument(0)->volumeEnvelopes[0].enabled = 1;
-    PlayerRig rig(song.Build());
-    rig.ToRow(0);
-    rig.Frames(3000);
-    const float* before = rig.FirstVoice().position;
-    EXPECT_GT(rig.Track(0).volumeEnvelope.position, 2.0f);
-    rig.player.SetSong(nullptr);                  // a song that goes takes its sound along
-    EXPECT_FALSE(rig.Track(0).active);
-    EXPECT_NE(before, nullptr);
+TEST(Instruments, AloneInACellRestartItsEnvelopesOrTakeUpTheKey) {
+    for (const bool cutoffEnvelope : {false, true}) {
+        SongBuilder song;
+        song.Tempo(8).SineInstrument(0, 640, kLoop).SineInstrument(1, 640, kLoop);
+        song.Note(0, 0, 48, 1, 20, kNoVolume).Note(1, 0, kNoNote, 1).Note(2, 0, kNoNote, 2).Note(0, 1, kNoNote, 2);
+        Instrument& instrument = *song.Edit().GetInstrument(0);
+        instrument.volumeEnvelopes[0].enabled = 1;
+        instrument.cutoffEnvelopes[0].enabled = instrument.cutoffEnvelopes[1].enabled = cutoffEnvelope;
+        instrument.cutoff = 7000;
+        PlayerRig rig(song.Build());
+        rig.ToRow(0);
+        rig.Frames(300);
+        rig.Ticks(7);
+        const float* before = rig.FirstVoice().position;
+        EXPECT_GT(rig.Track(0).volumeEnvelope.position, 7.0f);
+        rig.Ticks(1);
+        EXPECT_EQ(rig.FirstVoice().position, before);
+        EXPECT_LT(rig.Track(0).volumeEnvelope.position, 3.0f);
+        EXPECT_EQ(rig.Track(0).noteVolume, 128);
+        EXPECT_EQ(rig.Track(0).cutoff, cutoffEnvelope ? 3200.0f : 7000.0f);
+        rig.Ticks(8);
+        EXPECT_EQ(rig.Track(0).lastInstrument, 1);
+        EXPECT_EQ(rig.FirstVoice().note, 48);
+        EXPECT_EQ(rig.FirstVoice().position, rig.FirstVoice().start);
+        EXPECT_FALSE(rig.Track(1).active) << "nothing was played there";
+        rig.player.SetSong(nullptr);              // a song that goes takes its sound along
+        EXPECT_FALSE(rig.Track(0).active);
+    }
 }
 
 TEST(Mutes, SilenceTracksAndInstruments) {
@@ -177,7 +193,10 @@ TEST(JamQueue, StartsNotesInTheTickGridAndHoldsThirtyTwo) {
     EXPECT_GT(rig.FirstVoice(7).rampLeft, 0.0f);
     const int first = rig.player.QueueNote(60, 0, 100);
     EXPECT_EQ(rig.player.QueueNote(60, 0, 100), (first + 1) % kTracks);
-    for (int i = 0; i < 30; ++i) rig.player.QueueNoteOn(60, 0, 9, 100);
+    rig.player.QueueKeyOff(7);
+    rig.Ticks(1);
+    EXPECT_FALSE(rig.Track(7).active);
+    for (int i = 0; i < 32; ++i) rig.player.QueueNoteOn(60, 0, 9, 100);
     EXPECT_EQ(rig.player.QueueNoteOn(60, 0, 9, 100), 0);
 }
 

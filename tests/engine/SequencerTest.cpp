@@ -177,5 +177,12 @@ TEST(Seek, CarriesTempoAndMemoriesAlong) {
     EXPECT_EQ(rig.player.TicksPlayed(), 72u);
 }
 
+TEST(Seek, StartsNoNoteNotEvenADelayedOne) {
+    PlayerRig rig(SongBuilder().Tempo(6).SineInstrument(0, 640, {VTSAMPLE_LOOP_FORDWARD, 0, 640})
+                      .Note(0, 0, 48, 1, kNoVolume, 14, 0xD2).Note(0, 1, 48, 1, kNoVolume, 14, 0x92).Note(0, 2, 48, 1).Build());
+    rig.player.SeekToTick(20);
+    for (int track = 0; track < 3; ++track) EXPECT_FALSE(rig.Track(track).active) << track;
+}
+
 }  // namespace
 }  // namespace vonta

@@ -36,7 +36,9 @@ TEST(Threads, EditingAndPlayingGoTogether) {
         Pattern& pattern = *song.GetPattern(0);
         pattern.Write(turn % 64, turn % 8, {static_cast<std::uint8_t>(turn), 1, 100, 10, 0x20});
         pattern.SetNumRows(turn % 2 ? 16 : 64);
-        song.SetTempo(2 + static_cast<std::uint32_t>(turn % 3));
+        player.SetTempo(2 + static_cast<std::uint32_t>(turn % 3));
+        player.SetBPM(static_cast<float>(100 + turn));
+        player.SetSongEndListener(nullptr);
         song.SetPatternPosIndex(0, 0);
         player.SetRow(turn % 16);
         player.SetMasterVolume(0.5f);
@@ -86,9 +88,9 @@ TEST(Threads, AFaultOfTheBlockCycleReachesTheCrashHandler) {
     player.GetMixer().SetEffect(0, std::make_unique<FaultyEffect>());
     player.SetMixerOn(true);
     for (int wait = 0; wait < 300 && !crash.faults; ++wait) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    EXPECT_GE(crash.faults, 1);
     EXPECT_EQ(inCallback, 1);                     // what the cycle held is lost
-    player.GetDevice()->GetTimer()->Stop();
+    player.SetMixerOn(false);                     // and yet nobody waits for it
+    EXPECT_EQ(crash.faults, 1);
     inCallback = 0;
 }
 
