@@ -26,11 +26,11 @@ void BM_GroupsToMaster(benchmark::State& state) {
     const int voices = static_cast<int>(state.range(0)), instruments = static_cast<int>(state.range(1));
     test::SoundRig rig(instruments);
     FillGroups(rig, voices, instruments);
-    rig.mixer->BeginBlock(kFrames);
+    rig.mixer->BeginBlock();
     Segment segment(*rig.mixer, *rig.song, 0, kFrames);
     MixVoices(segment);
     for (auto _ : state) {
-        rig.mixer->BeginBlock(kFrames);
+        rig.mixer->BeginBlock();
         segment.outputsWritten = 0;
         MixGroups(segment);
         rig.mixer->FinishBlock(kFrames, 0);

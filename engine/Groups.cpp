@@ -15,15 +15,19 @@ void MixGroups(Segment& segment) {
         const std::size_t number = channel.lastInstrument;
         if (!segment.mixer.groupUsed[number]) {
             segment.mixer.groupUsed[number] = 1;
-            segment.ClearRest(instrument->groupBuffer);
+            segment.ClearBefore(instrument->groupBuffer);
         }
         Sum({segment.At(instrument->groupBuffer), written[number]}, part.sound, segment.frames,
             StereoToStereo(channel.busLeft, channel.busRight));
         written.set(number);
     }
     for (int i = 0; i < kMaxInstruments; ++i) {
-        if (!written[static_cast<std::size_t>(i)]) continue;
+        if (!segment.mixer.groupUsed[static_cast<std::size_t>(i)]) continue;
         Instrument& instrument = *segment.song.GetInstrument(i);
+        if (!written[static_cast<std::size_t>(i)]) {
+            segment.Silence(instrument.groupBuffer);
+            continue;
+        }
         Sum(segment.Output(Load(instrument.groupOutput)), segment.At(instrument.groupBuffer), segment.frames,
             Unscaled());
     }

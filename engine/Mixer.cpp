@@ -1,6 +1,5 @@
 #include "engine/Mixer.h"
 
-#include <algorithm>
 
 #include "engine/Stages.h"
 #include "platform/Shared.h"
@@ -13,8 +12,7 @@ Mixer::Mixer() {
     for (int pair = 0; pair < kOutputPairs; ++pair) outputs[pair] = finalBuffer[pair].data();
 }
 
-void Mixer::BeginBlock(int frames) {
-    blockFrames = std::clamp(frames, 0, kMaxBlockFrames);
+void Mixer::BeginBlock() {
     outputUsed.fill(0);
     groupUsed.fill(0);
 }
@@ -27,7 +25,7 @@ void Mixer::MixSegment(Song& song, int offset, int frames) {
     static constexpr Stage kStages[] = {
         {kCpuScaling, MixVoices}, {kCpuPeaks, FindAudible}, {kCpuFilters, RunFilters}, {kCpuFilters, RunSynths},
         {kCpuScaling, MixBuses},  {kCpuUnshown, RunSendSlots}, {kCpuMixing, MixGroups}, {kCpuMixing, MixSynthsOut},
-        {kCpuMixing, MixBusesOut},
+        {kCpuMixing, MixBusesOut}, {kCpuMixing, SilenceOutputs},
     };
     Segment segment(*this, song, offset, frames);
     for (const Stage& stage : kStages) {

@@ -65,7 +65,6 @@ struct Mixer {
     std::array<StereoBuffer, kOutputPairs> finalBuffer{};     // what the device gets
     std::array<float*, kOutputPairs> outputs{};               // finalBuffer, as WriteBlock takes it
 
-    int blockFrames = 0;                          // of the present block
     // Which buffers hold something in this block.
     std::array<std::uint8_t, kOutputPairs> outputUsed{};
     std::array<std::uint8_t, kMaxInstruments> groupUsed{};
@@ -78,7 +77,7 @@ struct Mixer {
     Mixer(const Mixer&) = delete;
     Mixer& operator=(const Mixer&) = delete;
 
-    void BeginBlock(int frames);                  // of the whole block; forgets what the last one used
+    void BeginBlock();                            // forgets what the last one used
     // All stages of one segment, `frames` at frame `offset` of the block; offset + frames is at most
     // kMaxBlockFrames.
     void MixSegment(Song& song, int offset, int frames);

@@ -33,7 +33,7 @@ bool SndPlayer::Render(int frames) {
     const FlushToZero flush;
     frames = std::clamp(frames, 0, kMaxBlockFrames);
     ApplyMuteRequests();
-    mixer_->BeginBlock(frames);
+    mixer_->BeginBlock();
     const bool wrapped = WalkTicks(frames, false, [this](int offset, int segment) {
         mixer_->MixSegment(*song_, offset, segment);
     });

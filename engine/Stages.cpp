@@ -6,18 +6,16 @@
 
 namespace vonta {
 
-void Segment::ClearRest(StereoBuffer& buffer) const {
-    std::fill(buffer.begin(), buffer.begin() + 2 * offset, 0.0f);
-    if (offset + frames < mixer.blockFrames)
-        std::fill(buffer.begin() + 2 * (offset + frames), buffer.begin() + 2 * mixer.blockFrames, 0.0f);
-}
+void Segment::ClearBefore(StereoBuffer& buffer) const { std::fill_n(buffer.begin(), 2 * offset, 0.0f); }
+
+void Segment::Silence(StereoBuffer& buffer) const { std::fill_n(At(buffer), 2 * frames, 0.0f); }
 
 Sink Segment::Output(int pair) {
     if (pair < 0 || pair >= kOutputPairs) pair = 0;
     StereoBuffer& buffer = mixer.outputBuffer[pair];
     if (!mixer.outputUsed[pair]) {
         mixer.outputUsed[pair] = 1;
-        ClearRest(buffer);
+        ClearBefore(buffer);
     }
     const auto bit = static_cast<std::uint16_t>(1u << pair);
     const bool written = outputsWritten & bit;
@@ -52,6 +50,12 @@ void MixTable(Segment& segment, bool reserve) {
 void MixVoices(Segment& segment) {
     MixTable(segment, false);
     MixTable(segment, true);
+}
+
+void SilenceOutputs(Segment& segment) {
+    for (int pair = 0; pair < kOutputPairs; ++pair)
+        if (segment.mixer.outputUsed[pair] && !(segment.outputsWritten >> pair & 1))
+            segment.Silence(segment.mixer.outputBuffer[pair]);
 }
 
 }  // namespace vonta

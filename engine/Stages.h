@@ -69,8 +69,10 @@ struct Segment {
         : mixer(itsMixer), song(itsSong), offset(itsOffset), frames(itsFrames) {}
 
     float* At(StereoBuffer& buffer) const { return buffer.data() + 2 * offset; }
-    // Silences the block but for this segment, which its first writer is about to store.
-    void ClearRest(StereoBuffer& buffer) const;
+    // A buffer that is used for the first time in a block is silent up to here; one that was used and is not written in
+    // this segment is silent in it. So nothing is cleared that will be stored.
+    void ClearBefore(StereoBuffer& buffer) const;
+    void Silence(StereoBuffer& buffer) const;
     // Where a sum into an output pair goes; a pair that does not exist is the first.
     Sink Output(int pair);
 };
@@ -84,5 +86,6 @@ void RunSendSlots(Segment& segment);
 void MixGroups(Segment& segment);
 void MixSynthsOut(Segment& segment);
 void MixBusesOut(Segment& segment);
+void SilenceOutputs(Segment& segment);
 
 }  // namespace vonta

@@ -78,7 +78,7 @@ TEST(Routing, ABufferFirstUsedInALaterSegmentIsSilentBefore) {
     SoundRig rig;
     rig.song->instruments[0]->groupBuffer.fill(9);
     rig.mixer->outputBuffer[0].fill(9);
-    rig.mixer->BeginBlock(30);
+    rig.mixer->BeginBlock();
     rig.Segment(0, 10);
     Channel& channel = rig.Track(0, 5, 6);
     channel.groupOutput = 1;
@@ -199,7 +199,7 @@ TEST(Routing, IdleSlotsAndBusesAreSilencedOnlyWhenAsked) {
         rig.mixer->clearIdle = clear;
         for (auto& buffer : rig.mixer->fxBuffer) buffer.fill(7);
         rig.mixer->busBuffer[1].fill(7);
-        rig.mixer->BeginBlock(20);
+        rig.mixer->BeginBlock();
         rig.Segment(10, 10);
         const float want = clear ? 0.0f : 7.0f;
         for (const int slot : {0, 2}) {
@@ -297,7 +297,7 @@ TEST(Routing, CuttingTheBlockAnywhereChangesNoFrame) {
         for (int slot = 0; slot < 3; ++slot) rig.song->fxRouting[slot].enabled = {1, 1, 0, 0};
         TestSynth& synth = rig.Synth(3);
         synth.sends[2].on = synth.busEnable[2] = 1;
-        rig.mixer->BeginBlock(kFrames);
+        rig.mixer->BeginBlock();
         for (int at = 0; at < kFrames;) {
             const int cut = seed == 0 ? kFrames : static_cast<int>(random() % 60 + 1);
             const int frames = std::min(cut, kFrames - at);

@@ -54,7 +54,7 @@ struct SoundRig {
 
     void Segment(int offset, int frames) { mixer->MixSegment(*song, offset, frames); }
     void Block(int frames = 16) {
-        mixer->BeginBlock(frames);
+        mixer->BeginBlock();
         Segment(0, frames);
     }
     // One frame of an output pair before the master stage.
