@@ -28,7 +28,8 @@ SampleFacts DescribeSample(const Sample& sample, int number) {
     facts.fineTune = sample.fineTune;
     facts.middleRate = PeriodToFrequency(NoteToPeriod(kMiddleNote + sample.toneRel, sample.fineTune));
     facts.isClone = sample.data->isClone;
-    if (data.loopType <= VTSAMPLE_LOOP_PINGPONG && data.loopEnd > data.loopStart) {
+    const bool known = data.loopType == VTSAMPLE_LOOP_FORDWARD || data.loopType == VTSAMPLE_LOOP_PINGPONG;
+    if (known && data.loopEnd > data.loopStart) {
         facts.loop = kLoopNames[data.loopType];
         facts.loopStart = data.loopStart / channels;
         facts.loopEnd = data.loopEnd / channels;
@@ -52,9 +53,19 @@ const char* EndText(SongLength::End end) {
     return "";
 }
 
+// Old trackers fill names up with blanks.
+std::string Trimmed(std::string_view text) {
+    return Printable(text.substr(0, text.find_last_not_of(' ') + 1));
+}
+
 void PrintSample(std::ostream& out, const SampleFacts& sample) {
-    out << "     " << std::setw(3) << sample.number << "  " << Printable(sample.name) << (sample.name.empty() ? "" : ": ")
-        << sample.frames << " frames, " << (sample.channels == 2 ? "stereo" : "mono") << ", " << sample.bits
+    const std::string name = Trimmed(sample.name);
+    out << "     " << std::setw(3) << sample.number << "  " << name << (name.empty() ? "" : ": ");
+    if (sample.frames == 0) {
+        out << "empty\n";
+        return;
+    }
+    out << sample.frames << " frames, " << (sample.channels == 2 ? "stereo" : "mono") << ", " << sample.bits
         << " bits, volume " << sample.volume << ", panning " << sample.panning << ", tone " << std::showpos
         << sample.toneRel << " fine " << sample.fineTune << std::noshowpos << " (C-4 at " << sample.middleRate << " Hz)";
     if (sample.loopEnd) out << ", " << sample.loop << " loop " << sample.loopStart << " to " << sample.loopEnd;
@@ -107,7 +118,7 @@ std::string FormatAsText(const SongFacts& facts) {
     std::ostringstream out;
     const auto line = [&](const char* label) -> std::ostream& { return out << std::left << std::setw(13) << label; };
     line("File") << Printable(facts.file) << '\n';
-    line("Title") << Printable(facts.title) << '\n';
+    line("Title") << Trimmed(facts.title) << '\n';
     line("Format") << facts.format << '\n';
     line("Duration") << ClockTextTenths(facts.length.seconds) << EndText(facts.length.end) << '\n';
     line("Channels") << facts.channels << '\n';
@@ -117,7 +128,7 @@ std::string FormatAsText(const SongFacts& facts) {
     line("Instruments") << facts.instruments.size() << '\n';
     out << std::right;
     for (const InstrumentFacts& instrument : facts.instruments) {
-        out << std::setw(3) << instrument.number << "  " << Printable(instrument.name) << '\n';
+        out << std::setw(3) << instrument.number << "  " << Trimmed(instrument.name) << '\n';
         for (const SampleFacts& sample : instrument.samples) PrintSample(out, sample);
     }
     if (!facts.comments.empty()) out << "Comments\n" << Printable(facts.comments, Layout::Keep) << '\n';
