@@ -35,7 +35,6 @@ constexpr struct {
     {"render", "Render a song to WAV files, faster than it plays", AddRenderCommand},
     {"info", "Tell what a song holds and how long it is", AddInfoCommand},
     {"play", "Play a song in real time", AddPlayCommand},
-    {"demo", "Render the demo song", AddDemoCommand},
 };
 
 void SendLogToErrorOutput() {

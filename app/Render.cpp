@@ -18,7 +18,6 @@
 #include "app/SongLength.h"
 #include "audio/Mixdown.h"
 #include "platform/Clock.h"
-#include "tools/DemoSong.h"
 
 namespace vonta {
 namespace {
@@ -33,7 +32,7 @@ const std::map<std::string, Interpolation> kInterpolations{
 CLI::Validator InRange(auto least, auto most) { return CLI::Range(least, most).description(""); }
 
 struct RenderRequest {
-    std::string song;                                // path; empty for the demo song
+    std::string song;                                // path
     std::string base;                                // as given, or empty
     MixdownOptions options;
     MixdownLimits limits;
@@ -67,16 +66,10 @@ void AddOptions(CLI::App& command, RenderRequest& request) {
         ->capture_default_str();
 }
 
-std::unique_ptr<Song> GetSong(const RenderRequest& request) {
-    if (request.song.empty()) return ComposeDemoSong();
-    LoadReport report;
-    return OpenSong(request.song, report);
-}
-
 // The song's name without its extension in the current directory, or in the directory that was given; a ".wav" that
 // was typed out of habit is not doubled.
 std::string FindBase(const RenderRequest& request) {
-    const std::string name = request.song.empty() ? "demo" : fs::path(request.song).stem().string();
+    const std::string name = fs::path(request.song).stem();
     if (request.base.empty()) return name;
     std::error_code none;
     if (request.base.ends_with('/') || fs::is_directory(request.base, none)) return fs::path(request.base) / name;
@@ -88,13 +81,17 @@ std::string FindBase(const RenderRequest& request) {
 // A song whose own name ends in ".wav" would be replaced by its rendering.
 bool WouldReplaceSong(const RenderRequest& request, const std::string& base) {
     std::error_code none;
-    return !request.song.empty() && fs::equivalent(request.song, base + kWavExtension, none);
+    return fs::equivalent(request.song, base + kWavExtension, none);
 }
 
-// Of all times through the song. The measuring leaves its traces in the song, so it has one of its own.
+// Of all times through the song. The measuring leaves its traces in the song, so it has one of its own. 0 if unknown.
 double ExpectedSeconds(const RenderRequest& request) {
+    LoadReport report;
+    bool hasUnknownChunks = false;
+    auto song = LoadModule(request.song, hasUnknownChunks, report);
+    if (!song) return 0;
     SndPlayer player;
-    player.SetSong(GetSong(request));
+    player.SetSong(std::move(song));
     const double maxSeconds = request.limits.maxMinutes * 60;
     return std::min(MeasureSong(player, maxSeconds).seconds * request.limits.loops, maxSeconds);
 }
@@ -112,14 +109,15 @@ private:
 };
 
 void TellResult(const MixdownResult& result, const RenderRequest& request, std::uint32_t elapsedMs) {
-    for (std::size_t i = 0; i + 1 < result.files.size(); ++i) std::printf("%s\n", Printable(result.files[i]).c_str());
+    const bool byParts = result.files.size() > 1;
+    for (const std::string& path : result.files) std::printf("%s%s", Printable(path).c_str(), byParts ? "\n" : "");
+    if (byParts) std::printf("%zu files", result.files.size());
     const double seconds = static_cast<double>(result.frames) / request.options.sampleRate;
     const double elapsed = std::max(elapsedMs, 1u) / 1000.0;
-    std::printf("%s: %s of sound, made in %.1f s, %.0f times faster than real time\n",
-                Printable(result.files.back()).c_str(), ClockTextTenths(seconds).c_str(), elapsed, seconds / elapsed);
-    const std::string name = request.song.empty() ? "demo" : request.song;
-    if (result.end == MixdownEnd::JumpedBack) Complain(name, "the song runs in a circle; it was ended there");
-    if (result.end == MixdownEnd::TimeLimit) Complain(name, "the song is longer; it was cut at the limit of --max-minutes");
+    std::printf(": %s of sound, made in %.1f s, %.0f times faster than real time\n", ClockTextTenths(seconds).c_str(),
+                elapsed, seconds / elapsed);
+    if (result.end == MixdownEnd::JumpedBack) Complain(request.song, "the song runs in a circle; it was ended there");
+    if (result.end == MixdownEnd::TimeLimit) Complain(request.song, "cut at the limit of --max-minutes");
 }
 
 int MixDown(GMain& app, const RenderRequest& request, const std::string& base) {
@@ -139,7 +137,8 @@ int MixDown(GMain& app, const RenderRequest& request, const std::string& base) {
 }
 
 int Render(RenderRequest& request) {
-    auto song = GetSong(request);
+    LoadReport report;
+    auto song = OpenSong(request.song, report);
     if (!song) return kFailed;
     const std::string base = FindBase(request);
     if (!request.byParts && WouldReplaceSong(request, base)) {
@@ -159,12 +158,6 @@ int Render(RenderRequest& request) {
 void AddRenderCommand(CLI::App& command, std::function<int()>& chosen) {
     const auto request = std::make_shared<RenderRequest>();
     command.add_option("SONG", request->song, "The song's file")->required()->type_name("");
-    AddOptions(command, *request);
-    command.callback([request, &chosen] { chosen = [request] { return Render(*request); }; });
-}
-
-void AddDemoCommand(CLI::App& command, std::function<int()>& chosen) {
-    const auto request = std::make_shared<RenderRequest>();
     AddOptions(command, *request);
     command.callback([request, &chosen] { chosen = [request] { return Render(*request); }; });
 }

@@ -29,7 +29,7 @@ void Tune(Sample& sample, double rate) {
 }
 
 std::unique_ptr<Sample> MakeSample(const char* name, Wave wave, int channels, double rate, std::uint8_t panning) {
-    for (float& value : wave) value *= kFullScale;
+    for (float& value : wave) value = std::round(value * kFullScale);   // so that 16 bits hold it
     auto sample = std::make_unique<Sample>();
     sample->SetData(wave, channels);
     sample->SetName(name);
