@@ -180,7 +180,7 @@ constexpr std::array<std::string_view, 4> kClose{"Fmaj9", "Gadd9", "Aadd9", ""};
 
 //   name        chords      drums   bass    arp     pad arp stabs  lead, harmony, keys
 constexpr Section kSections[] = {
-    {"Intro",    kVerse,     "c-aa", "----", "-aae", 36, 48, false, "", "", "", 0.45f, 0.9f},
+    {"Intro",    kVerse,     "--aa", "----", "-aae", 36, 48, false, "", "", "", 0.45f, 0.9f},
     {"Intro",    kVerse,     "bbbB", "lllw", "eess", 34, 50, false, "", "", "", 0.85f, 1.0f},
     {"Verse",    kVerse,     "1vwf", "vvvw", "ssss", 28, 48, false, "", "", kVerseTune, 0.95f, 1.0f},
     {"Verse",    kVerse,     "1vwf", "vvvw", "ssst", 28, 50, false, "", "", kVerseAnswer, 1.0f, 1.0f},
