@@ -30,8 +30,9 @@ void ReadSampleData(SampleReader& reader, const ChunkHeader& chunk) {
     reader.load.chunks.SkipUnknown(chunk);
 }
 
+// Any version: the reader logs the chunk before it asks for it.
 constexpr ChunkRow<SampleReader> kSampleRows[] = {
-    {kSampleDataType, 0, UINT16_MAX, ReadSampleData, kUnknownInstrumentData},   // logs before it asks for the version
+    {kSampleDataType, 0, UINT16_MAX, ReadSampleData, kUnknownInstrumentData},
 };
 
 // A loop that reaches past the wave would have the player read there.
@@ -67,7 +68,8 @@ void ReadEnvelope(InstrumentReader& reader, const ChunkHeader& chunk) {
     EnvelopeRecord(io, envelope, chunk.version);
     const int kind = place.kind - kFirstEnvelopeKind;
     if (kind < 0 || kind >= kEnvelopeKinds || place.alternative >= kEnvelopeAlternatives) {
-        reader.load.report.Add("An envelope of \"%s\" has no place and is left out.", reader.instrument.name.c_str());
+        reader.load.report.Add("An envelope of \"%s\" has no place and is left out.",
+                               reader.instrument.name.c_str());
         return;
     }
     reader.instrument.GetEnvelopes(static_cast<EnvelopeKind>(kind))[place.alternative] = envelope;
@@ -84,7 +86,8 @@ void ReadSynth(InstrumentReader& reader, const ChunkHeader& chunk) {
     InstrumentSynthRecord(io, synth);
     if (synth.path.empty() && in.Truncated()) return;
     Instrument& instrument = reader.instrument;
-    if (instrument.SetSynth(load.LoadSynth({synth.path})) == 0) return SetParameters(*instrument.synth, synth.values);
+    if (instrument.SetSynth(load.LoadSynth({synth.path})) == 0)
+        return SetParameters(*instrument.synth, synth.values);
     instrument.SetName("ERROR SYNTH: " + synth.path);
     in.Skip(in.Remaining() - rest);
 }
@@ -127,8 +130,8 @@ bool IsList(FileStream& stream, std::int64_t start) {
     return !chunks.In().Truncated();
 }
 
-// The same magic stands before bodies with and without `color`. The list of chunks that follows tells them apart: it
-// starts here, or one u32 later. In a damaged file, where neither holds, the first header has to do.
+// The same magic stands before bodies with and without `color`. The list of chunks that follows tells them
+// apart: it starts here, or one u32 later. In a damaged file, where neither holds, the first header has to do.
 bool HasColor(FileStream& stream) {
     constexpr std::int64_t kColorBytes = 4;
     const std::int64_t here = stream.Tell();

@@ -17,8 +17,8 @@ struct SongReader {
     std::int32_t patterns = 0, instruments = 0, effects = 0, synths = 0;   // chunks seen of each
 };
 
-// A list holds one chunk for each place at most. What a damaged file has beyond that is passed over, so that it costs
-// no time.
+// A list holds one chunk for each place at most. What a damaged file has beyond that is passed over, so that it
+// costs no time.
 bool IsOneTooMany(SongReader& reader, std::int32_t& seen, int places, const ChunkHeader& chunk) {
     if (seen < places) {
         ++seen;
@@ -115,12 +115,14 @@ void ReadInstrument(SongReader& reader, const ChunkHeader& chunk) {
     auto instrument = std::make_unique<Instrument>();
     ReadInstrumentBody(reader.load, *instrument, chunk.version);
     if (number >= kMaxInstruments)
-        reader.load.report.Add("Instrument %d \"%s\" has no place and is left out.", number, instrument->name.c_str());
+        reader.load.report.Add("Instrument %d \"%s\" has no place and is left out.", number,
+                               instrument->name.c_str());
     reader.song.SetInstrument(number, std::move(instrument));
 }
 
 constexpr ChunkRow<SongReader> kInstrumentRows[] = {
-    {kInstrumentChunk.type, kInstrumentChunk.oldest, kInstrumentChunk.newest, ReadInstrument, kUnknownInstrumentData},
+    {kInstrumentChunk.type, kInstrumentChunk.oldest, kInstrumentChunk.newest, ReadInstrument,
+     kUnknownInstrumentData},
 };
 
 void ReadInstruments(SongReader& reader, const ChunkHeader&) {
@@ -152,7 +154,8 @@ void ReadEffect(SongReader& reader, const ChunkHeader& chunk) {
     }
     reader.song.fxNames[settings.slot] = settings.name;
     const std::string name = FileNameOf(settings.path), &directory = reader.load.report.fxDirectory;
-    auto effect = reader.load.LoadEffect({settings.path, name, directory.empty() ? "" : directory + "/" + name});
+    auto effect =
+        reader.load.LoadEffect({settings.path, name, directory.empty() ? "" : directory + "/" + name});
     if (effect) Apply(settings, *effect, chunk.version >= 2);
     reader.song.fxSlots[settings.slot] = std::move(effect);
 }

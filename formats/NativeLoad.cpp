@@ -3,36 +3,38 @@
 namespace vonta {
 namespace {
 
-template <class Plugin, class Factory>
-std::unique_ptr<Plugin> FirstOf(const Factory& factory, const std::vector<std::string>& paths, std::uint32_t rate) {
-    if (!factory) return nullptr;
-    for (const std::string& path : paths) {
-        if (path.empty()) continue;
-        if (auto plugin = factory(path, rate)) return plugin;
-    }
+template <class Plugin>
+using Factory = std::function<std::unique_ptr<Plugin>(const std::string& path, std::uint32_t sampleRate)>;
+
+template <class Plugin>
+std::unique_ptr<Plugin> FirstOf(const Factory<Plugin>& make, const std::vector<std::string>& paths,
+                                std::uint32_t rate) {
+    for (const std::string& path : paths)
+        if (auto plugin = make && !path.empty() ? make(path, rate) : nullptr) return plugin;
+    return nullptr;
+}
+
+// The kind as the user reads it, and as the log names it.
+template <class Plugin>
+std::unique_ptr<Plugin> LoadPlugin(NativeLoad& load, Factory<Plugin> PluginLoader::*make,
+                                   const std::vector<std::string>& paths, const char* kind,
+                                   const char* logged) {
+    const PluginLoader* plugins = load.report.plugins;
+    if (auto plugin = plugins ? FirstOf(plugins->*make, paths, plugins->sampleRate) : nullptr) return plugin;
+    ++load.lostPlugins;
+    load.report.Add("Can't load %s %s", kind, FileNameOf(paths.front()).c_str());
+    DebugOutput("ERROR: Can't load %s: %s", logged, paths.front().c_str());
     return nullptr;
 }
 
 }  // namespace
 
 std::unique_ptr<EffectSlot> NativeLoad::LoadEffect(const std::vector<std::string>& paths) {
-    const PluginLoader* plugins = report.plugins;
-    auto effect = plugins ? FirstOf<EffectSlot>(plugins->effect, paths, plugins->sampleRate) : nullptr;
-    if (effect) return effect;
-    ++lostPlugins;
-    report.Add("Can't load effect %s", FileNameOf(paths.front()).c_str());
-    DebugOutput("ERROR: Can't load Effect: %s", paths.front().c_str());
-    return nullptr;
+    return LoadPlugin(*this, &PluginLoader::effect, paths, "effect", "Effect");
 }
 
 std::unique_ptr<SynthPlugin> NativeLoad::LoadSynth(const std::vector<std::string>& paths) {
-    const PluginLoader* plugins = report.plugins;
-    auto synth = plugins ? FirstOf<SynthPlugin>(plugins->synth, paths, plugins->sampleRate) : nullptr;
-    if (synth) return synth;
-    ++lostPlugins;
-    report.Add("Can't load Synth %s", FileNameOf(paths.front()).c_str());
-    DebugOutput("ERROR: Can't load Synth: %s", paths.front().c_str());
-    return nullptr;
+    return LoadPlugin(*this, &PluginLoader::synth, paths, "Synth", "Synth");
 }
 
 void NativeLoad::ReportLosses() {
@@ -43,7 +45,8 @@ void NativeLoad::ReportLosses() {
 
 void KeepSendsInside(Sends& sends) {
     static constexpr Sends fresh = DefaultSends();
-    for (std::size_t i = 0; i < sends.size(); ++i)   // those that are not mixed are only held, and name themselves
+    // Those that are not mixed are only held, and name themselves.
+    for (std::size_t i = 0; i < sends.size(); ++i)
         KeepInside(sends[i].slot, (i < kMixedSends ? kEffectSlots : kSends) - 1, fresh[i].slot);
 }
 

@@ -54,7 +54,8 @@ template <class Plugin>
 void SetParameters(Plugin& plugin, const std::vector<float>& values) {
     const int count = std::min(plugin.GetNumParameters(), static_cast<int>(values.size()));
     for (int i = 0; i < count; ++i)
-        if (const float value = values[static_cast<std::size_t>(i)]; std::isfinite(value)) plugin.SetParameter(i, value);
+        if (const float value = values[static_cast<std::size_t>(i)]; std::isfinite(value))
+            plugin.SetParameter(i, value);
 }
 
 template <class Plugin>

@@ -63,7 +63,8 @@ void WritePattern(SongWriter& out, int number, const Pattern& pattern) {
     out.chunks.Chunk(kPatternChunk.Id(), [&] {
         const PatternHead head{static_cast<std::uint8_t>(number), static_cast<std::uint16_t>(pattern.rows)};
         PatternRecord(out.io, head);
-        for (int channel = 0; channel < StoredChannels(out.song); ++channel) WriteChannel(out, pattern, channel);
+        for (int channel = 0; channel < StoredChannels(out.song); ++channel)
+            WriteChannel(out, pattern, channel);
         out.chunks.WriteSmallEnd();
     });
 }

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <cstring>
 
+#include "formats/VorbisSetup.h"
+
 namespace vonta {
 namespace {
 
@@ -20,7 +22,7 @@ constexpr double kFromUnit = 32767.0;
 constexpr double kLowest = -32768.0, kHighest = 32767.0;
 constexpr std::size_t kFeedBytes = 4096;
 constexpr std::size_t kTakeFloats = 4096;                    // decoded at a time, all channels together
-constexpr int kHeaderPackets = 3;
+constexpr int kHeaderPackets = 3, kSetupPacket = 2;
 
 // The encoder's objects, set up and cleared together.
 class Encoder {
@@ -117,8 +119,10 @@ public:
     // Reads the three headers; false if this is no Vorbis stream.
     bool Open() {
         ogg_packet packet;
-        for (int i = 0; i < kHeaderPackets; ++i)
-            if (!Next(packet) || vorbis_synthesis_headerin(&info_, &comment_, &packet) != 0) return false;
+        for (int i = 0; i < kHeaderPackets; ++i) {
+            if (!Next(packet) || (i == kSetupPacket && !HasModestCodebooks(packet))) return false;
+            if (vorbis_synthesis_headerin(&info_, &comment_, &packet) != 0) return false;
+        }
         return info_.channels > 0;
     }
 

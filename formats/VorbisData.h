@@ -1,7 +1,7 @@
 // Waves packed as an Ogg Vorbis stream, the one lossy form of the native files.
 //
-// Whatever the sample's own rate is, the stream claims 44100 Hz: the rate lives in the sample's tone. Waves are floats
-// at the scale of a signed 16-bit sample, interleaved for stereo.
+// Whatever the sample's own rate is, the stream claims 44100 Hz: the rate lives in the sample's tone. Waves are
+// floats at the scale of a signed 16-bit sample, interleaved for stereo.
 #pragma once
 
 #include <cstddef>
@@ -14,8 +14,8 @@ namespace vonta {
 // Works for seconds on a long wave. Empty if the encoder cannot be set up.
 std::vector<std::uint8_t> EncodeVorbis(std::span<const float> wave, int channels);
 
-// How many frames the packets of a stream can decode to at most, told from their headers alone; 0 if it is no Vorbis
-// stream. Ask before a wave is allocated.
+// How many frames the packets of a stream can decode to at most, told from their headers alone; 0 if it is no
+// Vorbis stream. Ask before a wave is allocated.
 std::uint64_t MeasureVorbis(std::span<const std::uint8_t> packed);
 
 // Fills the wave, and stops where it ends or the stream does; the number of floats stored. A stream with fewer

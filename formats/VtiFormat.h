@@ -1,12 +1,12 @@
-// The layout of an instrument, as the `.vti` file and the Instrument chunk of a module hold it. Each record is walked
-// by the reader in every version and by the writer in the newest.
+// The layout of an instrument, as the `.vti` file and the Instrument chunk of a module hold it. Each record is
+// walked by the reader in every version and by the writer in the newest.
 //
 //   file:    magic, body          chunk in a module: number u8, body
 //   body:    fields, then a list of chunks: Sample, Envelope, Synth
 //   Sample:  fields, then a list of chunks: Sample Data
 //
-// A file magic stands for a version of the body. The newest magic is older than `color`, so a body behind it may or
-// may not hold one: HasColor in LoaderVTI.cpp tells which.
+// A file magic stands for a version of the body. The newest magic is older than `color`, so a body behind it
+// may or may not hold one: HasColor in LoaderVTI.cpp tells which.
 #pragma once
 
 #include <algorithm>

@@ -101,8 +101,8 @@ void ChannelRecord(Io& io, Head& head) {
     io.U8(head.firstRow);
 }
 
-// Which fields of a cell follow: a mask with bit 7 set. All five: no mask, for an effect has bit 7 clear and stands
-// first.
+// Which fields of a cell follow: a mask with bit 7 set. All five: no mask, for an effect has bit 7 clear and
+// stands first.
 enum CellMask : std::uint8_t {
     kHasEffect = 1, kHasNote = 2, kHasInstrument = 4, kHasVolume = 8, kHasParam = 16,
     kAllFields = 31,

@@ -10,8 +10,8 @@ namespace {
 
 constexpr std::uint32_t kPackedSizeBytes = 4;        // a packed size counts its own field
 
-// A Vorbis stream can claim hours of silence in a few bytes. Music comes nowhere near this ratio of memory to file;
-// what goes beyond it draws on the allowance of the load.
+// A Vorbis stream can claim hours of silence in a few bytes. Music comes nowhere near this ratio of memory to
+// file; what goes beyond it draws on the allowance of the load.
 constexpr std::int64_t kMusicRatio = 32;
 
 // The forms that hold plain values, one row each.
@@ -57,7 +57,8 @@ std::uint32_t WholeFrames(std::int64_t floats, std::uint8_t channels) {
 
 void ReportShort(NativeLoad& load, const Sample& sample, const WaveHead& head, std::uint32_t kept) {
     if (kept < head.count)
-        load.report.Add("Sample \"%s\": the file holds %u of its %u values.", sample.name.c_str(), kept, head.count);
+        load.report.Add("Sample \"%s\": the file holds %u of its %u values.", sample.name.c_str(), kept,
+                        head.count);
 }
 
 void ReadPlain(NativeLoad& load, Sample& sample, const WaveHead& head, const PlainForm& form) {
@@ -73,7 +74,8 @@ std::vector<std::uint8_t> ReadPacked(NativeLoad& load) {
     std::uint32_t size = kPackedSizeBytes;
     load.Fields().U32(size);
     Reader& in = load.chunks.In();
-    const auto bytes = std::min<std::int64_t>(std::max(size, kPackedSizeBytes) - kPackedSizeBytes, in.Remaining());
+    const auto bytes =
+        std::min<std::int64_t>(std::max(size, kPackedSizeBytes) - kPackedSizeBytes, in.Remaining());
     std::vector<std::uint8_t> packed(static_cast<std::size_t>(bytes));
     in.Bytes(packed);
     return packed;
@@ -91,9 +93,11 @@ void ReadVorbis(NativeLoad& load, Sample& sample, const WaveHead& head) {
     const auto packed = ReadPacked(load);
     const int channels = head.channels == 1 ? 1 : 2;
     const std::uint64_t held = MeasureVorbis(packed) * static_cast<std::uint64_t>(channels);
-    const auto kept = WholeFrames(static_cast<std::int64_t>(std::min<std::uint64_t>(head.count, held)), head.channels);
+    const auto kept =
+        WholeFrames(static_cast<std::int64_t>(std::min<std::uint64_t>(head.count, held)), head.channels);
     if (!MayUnpack(load, static_cast<std::int64_t>(kept) * std::int64_t{sizeof(float)}, packed.size())) {
-        load.report.Add("Sample \"%s\": its packed wave claims %u values and is left out.", sample.name.c_str(), kept);
+        load.report.Add("Sample \"%s\": its packed wave claims %u values and is left out.", sample.name.c_str(),
+                        kept);
         return;
     }
     DecodeVorbis(packed, channels, sample.Allocate(kept, channels));

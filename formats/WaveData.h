@@ -8,7 +8,8 @@
 
 namespace vonta {
 
-// With `compress` the lossy form, else the smallest that holds every value. A sample without a wave writes nothing.
+// With `compress` the lossy form, else the smallest that holds every value. A sample without a wave writes
+// nothing.
 void WriteWave(ChunkWriter& chunks, const Sample& sample, bool compress);
 
 // Reads the body of the chunk. The wave is as long as the file says and holds.

@@ -1,5 +1,5 @@
-// Damaged native files: whatever is cut or changed, a load ends, says why it refuses, and gives a song that can be
-// saved and loaded again.
+// Damaged native files: whatever is cut or changed, a load ends, says why it refuses, and gives a song that can
+// be saved and loaded again.
 #include <gtest/gtest.h>
 
 #include "formats/LoaderVTI.h"

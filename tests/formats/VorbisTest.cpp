@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "formats/VorbisData.h"
+#include "tests/support/OggPackets.h"
 #include "tests/support/SongBuilder.h"
 
 namespace vonta {
@@ -60,7 +61,8 @@ TEST(Vorbis, DecodingStopsAtTheEndOfTheWave) {
         std::vector<float> wave(count + 16, -1.0f);
         const std::size_t stored = DecodeVorbis(packed, 2, std::span(wave).first(count));
         ASSERT_EQ(stored, count / 2 * 2);
-        EXPECT_TRUE(std::equal(wave.begin(), wave.begin() + static_cast<std::ptrdiff_t>(stored), whole.begin()));
+        EXPECT_TRUE(
+            std::equal(wave.begin(), wave.begin() + static_cast<std::ptrdiff_t>(stored), whole.begin()));
         for (std::size_t i = stored; i < wave.size(); ++i) ASSERT_EQ(wave[i], -1.0f) << i;
     }
 }
@@ -97,6 +99,55 @@ TEST(Vorbis, AStreamOfOtherChannelsFillsTheWaveAllTheSame) {
     ASSERT_EQ(wide.size(), 6000u);
     for (std::size_t i = 0; i < wide.size(); i += 2) ASSERT_EQ(wide[i], wide[i + 1]);
     EXPECT_EQ(Decode(EncodeVorbis(SineWave(3000, 2), 2), 1, 3000).size(), 3000u);
+}
+
+// Fields of a header as Vorbis packs them.
+class SetupBuilder {
+public:
+    SetupBuilder() {
+        oggpack_writeinit(&bits_);
+        for (const char c : std::string("\x05vorbis")) Add(static_cast<unsigned char>(c), 8);
+    }
+    ~SetupBuilder() { oggpack_writeclear(&bits_); }
+    SetupBuilder(const SetupBuilder&) = delete;
+    SetupBuilder& operator=(const SetupBuilder&) = delete;
+    SetupBuilder& Add(unsigned long value, int width) {
+        oggpack_write(&bits_, value, width);
+        return *this;
+    }
+    test::OggBytes Packet() {
+        const unsigned char* bytes = oggpack_get_buffer(&bits_);
+        return {bytes, bytes + oggpack_bytes(&bits_)};
+    }
+
+private:
+    oggpack_buffer bits_;
+};
+
+// A header with one codebook and the least of everything else.
+test::OggBytes SetupOf(SetupBuilder& books) {
+    books.Add(0, 6).Add(0, 16);                                      // a time domain, as the format wants one
+    books.Add(0, 6).Add(1, 16).Add(0, 5).Add(0, 2).Add(4, 4);        // a floor without partitions
+    books.Add(0, 6).Add(0, 16).Add(0, 24).Add(16, 24).Add(7, 24).Add(0, 6).Add(0, 8).Add(0, 4);   // a residue
+    books.Add(0, 6).Add(0, 16).Add(0, 4).Add(0, 24);                 // a mapping
+    books.Add(0, 6).Add(0, 1).Add(0, 32).Add(0, 8);                  // a mode
+    return books.Add(1, 1).Packet();
+}
+
+// A few bytes claim a book of so many entries; the decoder would put its tree on the stack.
+TEST(Vorbis, CodebooksThatOverwhelmTheDecoderAreRefused) {
+    auto packets = test::SplitOgg(EncodeVorbis(SineWave(3000), 1));
+    ASSERT_GT(packets.size(), 3u);
+    EXPECT_EQ(Decode(test::JoinOgg(packets), 1, 1000).size(), 1000u);
+    for (const int bits : {4, 22}) {
+        SetupBuilder book;
+        book.Add(0, 8).Add(0x564342, 24).Add(1, 16).Add(1ul << bits, 24);
+        book.Add(1, 1).Add(static_cast<unsigned long>(bits) - 1, 5).Add(1ul << bits, bits + 1).Add(0, 4);
+        packets[2] = SetupOf(book);
+        const auto packed = test::JoinOgg(packets);
+        EXPECT_EQ(MeasureVorbis(packed) > 0, bits == 4);
+        EXPECT_EQ(Decode(packed, 1, 1000).size() > 0, bits == 4);
+    }
 }
 
 }  // namespace

@@ -3,9 +3,11 @@
 
 #include "formats/LoaderVTI.h"
 #include "formats/SaverVTI.h"
+#include "formats/VorbisData.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/OggPackets.h"
 #include "tests/support/SongCompare.h"
 #include "tests/support/TempDirectory.h"
 
@@ -144,7 +146,9 @@ ByteBuilder SampleChunk(const ByteBuilder& data) {
         .U32(1).U32(3).U8(1).Bytes(data.bytes).EndChunk());
 }
 
-ByteBuilder WaveOfThree() { return ByteBuilder().Chunk(0x00010002, ByteBuilder().U32(3).U8(1).U16(1).U16(0xFFFF).U16(500)); }
+ByteBuilder WaveOfThree() {
+    return ByteBuilder().Chunk(0x00010002, ByteBuilder().U32(3).U8(1).U16(1).U16(0xFFFF).U16(500));
+}
 
 // What follows the fields in every version: a sample, and an envelope as old as the version.
 ByteBuilder Contents(int version) {
@@ -211,7 +215,8 @@ TEST(InstrumentFile, MagicsDecideTheVersion) {
     for (const auto& row : cases) {
         SCOPED_TRACE(row.version);
         const auto body = BodyBuilder(row.body);
-        const auto ins = Load(ByteBuilder().Text(row.magic).Bytes(body.bytes.bytes).Bytes(Contents(row.version).bytes).bytes);
+        const auto ins = Load(
+            ByteBuilder().Text(row.magic).Bytes(body.bytes.bytes).Bytes(Contents(row.version).bytes).bytes);
         ASSERT_TRUE(ins);
         ExpectBody(*ins, row.version);
         ExpectContents(*ins, row.version);
@@ -232,7 +237,7 @@ TEST(InstrumentFile, AnyColorSurvivesAndIsNeverMissed) {
         EXPECT_TRUE(back->GetSample(1)) << std::hex << color;
     }
     const auto older = ByteBuilder().Text("XVTLI0005").Bytes(BodyBuilder(5).bytes.bytes);
-    for (const auto& contents : {Contents(5), ByteBuilder().EndChunk(), ByteBuilder().Bytes(SampleChunk(WaveOfThree()).bytes)}) {
+    for (const auto& contents : {Contents(5), ByteBuilder().EndChunk(), SampleChunk(WaveOfThree())}) {
         const auto ins = Load(ByteBuilder(older).Bytes(contents.bytes).bytes);
         EXPECT_EQ(ins->color, Instrument{}.color);
         EXPECT_EQ(ins->GetSample(2) != nullptr, contents.bytes.size() > 8);
@@ -273,7 +278,8 @@ TEST(InstrumentFile, TheEnvelopesStandInOrderAndNoSynthIsWritten) {
     const std::size_t chunk = 8 + 4 + 5 * 4 + 6;
     for (int i = 31; i >= 0; --i) {
         at -= chunk;
-        const auto head = ByteBuilder().U32(0x00020003).U32(chunk - 8).U8(static_cast<unsigned>(i / 4)).U8(static_cast<unsigned>(i % 4 + 1));
+        const auto head = ByteBuilder().U32(0x00020003).U32(chunk - 8)
+            .U8(static_cast<unsigned>(i / 4)).U8(static_cast<unsigned>(i % 4 + 1));
         EXPECT_TRUE(std::equal(head.bytes.begin(), head.bytes.end(), &bytes[at])) << i;
     }
     EXPECT_EQ(at, 9 + 1 + 128 * 2 + 6 + 3 + 4 + 8 + 4 + 64 + 37 + 30 + 16 * 6 + 5 + 3 * 9 + 4u);
@@ -287,14 +293,16 @@ TEST(InstrumentFile, AnEmptyZoneReadsBackWithOneSample) {
 
 TEST(InstrumentFile, AFormOfWaveThatIsUnknownLeavesTheSampleWithoutOne) {
     const LogCapture log;
-    const auto data = ByteBuilder().Chunk(0x00010005, ByteBuilder().Zeros(21)).Chunk(0x00020001, ByteBuilder().Zeros(3));
+    const auto data = ByteBuilder().Chunk(0x00010005, ByteBuilder().Zeros(21))
+        .Chunk(0x00020001, ByteBuilder().Zeros(3));
     const auto body = BodyBuilder(3);
     const auto ins = Load(ByteBuilder().Text("XVTLI0003").Bytes(body.bytes.bytes).Bytes(SampleChunk(data).bytes)
         .Chunk(0x00070001, ByteBuilder().Zeros(5)).EndChunk().bytes);
     ASSERT_TRUE(ins->GetSample(2));
     EXPECT_FALSE(ins->GetSample(2)->Wave());
     const std::string unknown = "\t\t\t\t\t- Unknown Instrument Data SubChunk found.\n";
-    EXPECT_TRUE(log.Text().ends_with("\t\t\t\t\t\t\t\t- Sample Data Instrument Data SubChunk found.\n" + unknown + unknown + unknown));
+    const std::string found = "\t\t\t\t\t\t\t\t- Sample Data Instrument Data SubChunk found.\n";
+    EXPECT_TRUE(log.Text().ends_with(found + unknown + unknown + unknown));
 }
 
 TEST(InstrumentFile, AMissingPluginShowsInTheNameAndTheRestLoads) {
@@ -319,6 +327,27 @@ TEST(InstrumentFile, ClaimsBeyondTheFileAreCutToIt) {
     EXPECT_EQ(ins->GetSample(2)->Count(), 2u);
     EXPECT_EQ(ins->GetSample(2)->data->loopEnd, 2u);
     EXPECT_EQ(report.lines.size(), 3u);              // the wave, the loop, the cut file
+}
+
+// Hours of silence in a few bytes: no more memory than a load may take for it.
+TEST(InstrumentFile, PackedSilenceIsBoundedAcrossAllSamples) {
+    auto packets = SplitOgg(EncodeVorbis(std::vector<float>(9000, 0.0f), 1));
+    const OggBytes silence = packets.at(6);
+    packets.resize(3);
+    packets.insert(packets.end(), 5000, silence);    // some 5 million floats
+    const auto packed = JoinOgg(packets);
+    auto file = ByteBuilder().Text("XVTLI0003").Bytes(BodyBuilder(3).bytes.bytes);
+    for (unsigned number = 0; number < 3; ++number) {
+        const auto data = ByteBuilder().Chunk(0x00010004, ByteBuilder().U32(0x7FFFFFFF).U8(1)
+            .U32(static_cast<unsigned>(packed.size()) + 4).Bytes(packed));
+        file.Chunk(0x00010001, ByteBuilder().U8(number).EndedText("silence").Zeros(14).Bytes(data.bytes).EndChunk());
+    }
+    LoadReport report;
+    const auto ins = Load(file.EndChunk().bytes, report);
+    EXPECT_GT(ins->GetSample(0)->Count(), 4000000u);
+    EXPECT_FALSE(ins->GetSample(1)->Wave());
+    EXPECT_FALSE(ins->GetSample(2)->Wave());
+    EXPECT_EQ(report.lines.size(), 3u);
 }
 
 TEST(InstrumentFile, TheEntryTriesNativeFirstAndRefusesTheRest) {

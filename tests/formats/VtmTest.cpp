@@ -27,7 +27,8 @@ struct Loaded {
     LoadReport report;
 };
 
-Loaded Load(const std::vector<std::uint8_t>& bytes, const PluginLoader* plugins = nullptr, std::string fxDirectory = {}) {
+Loaded Load(const std::vector<std::uint8_t>& bytes, const PluginLoader* plugins = nullptr,
+            std::string fxDirectory = {}) {
     Loaded loaded;
     loaded.report.plugins = plugins;
     loaded.report.fxDirectory = std::move(fxDirectory);
@@ -96,7 +97,7 @@ TEST(Module, ANewSongTakesTheseBytes) {
         for (unsigned k = 0; k < 4; ++k) mixer.U8(0).F32(1).U8(k);
     }
     const auto expected = Header()
-        .Chunk(0x00010003, ByteBuilder().EndedText("Tune").U8(0).U8(0).U8(0).Zeros(8).U8(125).U8(6).U8(2).U8(0).U32(7600))
+        .Chunk(0x00010003, ByteBuilder().EndedText("Tune").Zeros(3).Zeros(8).U8(125).U8(6).U8(2).U8(0).U32(7600))
         .Chunk(0x00020001, ByteBuilder().U8(2).Zeros(256).U8(1).U8(0)
             .Chunk(0x00010001, ByteBuilder().U8(0).U16(8).Bytes(channels.bytes)).EndChunk())
         .Chunk(0x00030001, ByteBuilder().EndChunk())
@@ -112,7 +113,8 @@ TEST(Module, EffectAndSynthTakeTheseBytes) {
     song->fxSlots[3] = FullEffect("a.dll", 5);
     song->SetSynth(2, FullSynth("b.dll", 4));
     const auto bytes = Save(*song);
-    auto synth = ByteBuilder().U8(2).EndedText("b.dll").EndedText("synth 4").U32(3).F32(0.01f * 4).F32(0.01f * 5).F32(0.01f * 6);
+    auto synth = ByteBuilder().U8(2).EndedText("b.dll").EndedText("synth 4").U32(3)
+        .F32(0.01f * 4).F32(0.01f * 5).F32(0.01f * 6);
     synth.U8(4 << 1);
     for (unsigned i = 0; i < 16; ++i) synth.U8(1).F32(0.1f * static_cast<float>(i)).U8(i < 8 ? 9 - i : 15);
     synth.F32(-0.25f).F32(1.7f).U8(1).U8(1).U8(1).U8(0).U8(1);
@@ -172,7 +174,8 @@ TEST(Module, OlderInfoEndsSooner) {
         if (version >= 2) body.EndedText("C:\\old.vtm");
         if (version >= 3) body.U32(1234);
         // The next chunk shows that the reader stands where the body ends.
-        const auto loaded = Load(Header().Chunk(0x00010000 | version, body).Chunk(0x00050001, ByteBuilder().F32(0.5f)).EndChunk().bytes);
+        const auto mixer = ByteBuilder().F32(0.5f);
+        const auto loaded = Load(Header().Chunk(0x00010000 | version, body).Chunk(0x00050001, mixer).EndChunk().bytes);
         const Song& song = *loaded.song;
         EXPECT_EQ(song.title, "Old");
         EXPECT_EQ(song.comments, "words");
@@ -188,7 +191,8 @@ TEST(Module, OlderInfoEndsSooner) {
 
 TEST(Module, AnOldEffectKeepsTheDefaultsOfWhatItLacks) {
     const FakeLoader plugins;
-    const auto effect = ByteBuilder().U8(6).EndedText("old.dll").EndedText("dropped").U8(1).U32(2).F32(0.25f).F32(0.75f);
+    const auto effect = ByteBuilder().U8(6).EndedText("old.dll").EndedText("dropped").U8(1).U32(2)
+        .F32(0.25f).F32(0.75f);
     const auto loaded = LoadChunk(0x00040001, ByteBuilder().Chunk(0x00010001, effect).EndChunk(), plugins.Get());
     const EffectSlot* slot = loaded.song->fxSlots[6].get();
     ASSERT_TRUE(slot);
@@ -201,7 +205,9 @@ TEST(Module, AnOldEffectKeepsTheDefaultsOfWhatItLacks) {
 }
 
 TEST(Module, WhatANewerVersionWroteIsPassedOver) {
-    const auto pattern = [](unsigned id) { return Order(3, 1).Chunk(id, ByteBuilder().U8(9).U16(16).U16(0xFF01).U16(0)).EndChunk(); };
+    const auto pattern = [](unsigned id) {
+        return Order(3, 1).Chunk(id, ByteBuilder().U8(9).U16(16).U16(0xFF01).U16(0)).EndChunk();
+    };
     const struct { std::uint32_t id; ByteBuilder body; const char* line; } cases[] = {
         {0x00010004, {}, "\t\t\t- warning: info chunk version not supported.\n"},
         {0x00020002, {}, "\t\t\t- warning: patterns chunk version not supported.\n"},
@@ -253,9 +259,12 @@ TEST(Module, PluginsAreSoughtInOrderAndMissedAloud) {
     const auto effect = [](unsigned slot, const char* path) {
         return ByteBuilder().U8(slot).EndedText(path).EndedText("name").U8(0).F32(1).F32(0).U8(0).U32(0);
     };
+    const auto synth = ByteBuilder().U8(4).EndedText("D:\\s\\lost.dll").EndedText("n").U32(0).Zeros(16 * 6 + 14);
     const auto file = Header()
-        .Chunk(0x00040001, ByteBuilder().Chunk(0x00010002, effect(0, "C:\\FX\\echo.dll")).Chunk(0x00010002, effect(1, "/fx/gone.so")).EndChunk())
-        .Chunk(0x00060001, ByteBuilder().Chunk(0x00010001, ByteBuilder().U8(4).EndedText("D:\\s\\lost.dll").EndedText("n").U32(0).Zeros(16 * 6 + 14)).EndChunk())
+        .Chunk(0x00040001, ByteBuilder()
+            .Chunk(0x00010002, effect(0, "C:\\FX\\echo.dll"))
+            .Chunk(0x00010002, effect(1, "/fx/gone.so")).EndChunk())
+        .Chunk(0x00060001, ByteBuilder().Chunk(0x00010001, synth).EndChunk())
         .EndChunk();
     FakeLoader plugins({"fx/echo.dll"});
     const LogCapture log;

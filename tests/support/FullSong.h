@@ -1,5 +1,5 @@
-// A song and an instrument in which every field that the native files store differs from its default, and a small song
-// with every kind of chunk in it. SongCompare.h compares songs.
+// A song and an instrument in which every field that the native files store differs from its default, and a
+// small song with every kind of chunk in it. SongCompare.h compares songs.
 #pragma once
 
 #include "song/Song.h"
@@ -40,7 +40,8 @@ inline Envelope FullEnvelope(int seed) {
     envelope.enabled = 1;
     envelope.numPoints = static_cast<std::uint8_t>(1 + seed % kEnvelopePoints);
     for (std::uint16_t i = 1; i < envelope.numPoints; ++i)
-        envelope.points[i] = {static_cast<std::uint16_t>(i * (20 + seed % 7)), static_cast<std::uint16_t>((i * 13 + seed) % 65)};
+        envelope.points[i] = {static_cast<std::uint16_t>(i * (20 + seed % 7)),
+                              static_cast<std::uint16_t>((i * 13 + seed) % 65)};
     envelope.points[0].y = static_cast<std::uint16_t>(seed);
     envelope.sustainOn = envelope.loopOn = envelope.timeBased = 1;
     envelope.sustainPoint = static_cast<std::uint8_t>(envelope.numPoints - 1);
@@ -77,8 +78,8 @@ inline void FillKeys(Instrument& ins) {
 inline void FillMidi(Instrument& ins) {
     auto& midi = ins.midi;
     std::uint8_t next = 1;
-    for (std::uint8_t* field : {&midi.enabled, &midi.device, &midi.synth, &midi.channel, &midi.program, &midi.volume,
-                                &midi.pan, &midi.sendVolume, &midi.sendPan, &midi.sendBank})
+    for (std::uint8_t* field : {&midi.enabled, &midi.device, &midi.synth, &midi.channel, &midi.program,
+                                &midi.volume, &midi.pan, &midi.sendVolume, &midi.sendPan, &midi.sendBank})
         *field = next++;
     for (auto& controller : midi.controllers) controller = next++;
     midi.transpose = -24;
@@ -104,7 +105,8 @@ inline std::unique_ptr<Instrument> FullInstrument() {
     ins.numSamples = 16;
     for (int kind = 0; kind < kEnvelopeKinds; ++kind)
         for (int i = 0; i < kEnvelopeAlternatives; ++i)
-            ins.GetEnvelopes(static_cast<EnvelopeKind>(kind))[static_cast<std::size_t>(i)] = FullEnvelope(kind * 8 + i);
+            ins.GetEnvelopes(static_cast<EnvelopeKind>(kind))[static_cast<std::size_t>(i)] =
+                FullEnvelope(kind * 8 + i);
     FillKeys(ins);
     FillFilter(ins);
     FillMidi(ins);
@@ -154,7 +156,8 @@ inline std::unique_ptr<EffectSlot> FullEffect(std::string path, std::uint8_t see
     effect->pan = 0.2f;
     effect->muted = 1;
     effect->output = static_cast<std::uint8_t>(seed % 16);
-    for (int i = 0; i < effect->GetNumParameters(); ++i) effect->SetParameter(i, 0.05f * static_cast<float>(i + seed));
+    for (int i = 0; i < effect->GetNumParameters(); ++i)
+        effect->SetParameter(i, 0.05f * static_cast<float>(i + seed));
     return effect;
 }
 
@@ -168,7 +171,8 @@ inline std::unique_ptr<SynthPlugin> FullSynth(std::string path, std::uint8_t see
     synth->volume = 1.7f;
     synth->on = 0;
     synth->busEnable = {1, 1, 0, 1};
-    for (int i = 0; i < synth->GetNumParameters(); ++i) synth->SetParameter(i, 0.01f * static_cast<float>(i + seed));
+    for (int i = 0; i < synth->GetNumParameters(); ++i)
+        synth->SetParameter(i, 0.01f * static_cast<float>(i + seed));
     return synth;
 }
 
@@ -199,7 +203,8 @@ inline std::unique_ptr<Song> FullSong() {
     song.length = 255;
     song.restartPos = 254;
     song.numChannels = 12;
-    for (std::size_t i = 0; i < song.patternList.size(); ++i) song.patternList[i] = static_cast<std::uint8_t>(255 - i);
+    for (std::size_t i = 0; i < song.patternList.size(); ++i)
+        song.patternList[i] = static_cast<std::uint8_t>(255 - i);
     song.SetPattern(0, FullPattern(64, 1));
     song.SetPattern(1, FullPattern(1, 2));
     song.SetPattern(7, std::make_unique<Pattern>());

@@ -23,7 +23,8 @@ inline void ExpectSameWave(const Sample& a, const Sample& b, double tolerance) {
     ASSERT_EQ(a.Channels(), b.Channels());
     ASSERT_EQ(a.Wave() == nullptr, b.Wave() == nullptr);
     double difference = 0;
-    for (std::uint32_t i = 0; i < a.Count(); ++i) difference += std::abs(static_cast<double>(a.Wave()[i]) - b.Wave()[i]);
+    for (std::uint32_t i = 0; i < a.Count(); ++i)
+        difference += std::abs(static_cast<double>(a.Wave()[i]) - b.Wave()[i]);
     EXPECT_LE(difference, tolerance * a.Count());
 }
 
