@@ -4,6 +4,7 @@
 
 #include "formats/Comments.h"
 #include "formats/ModFormat.h"
+#include "formats/WaveBytes.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -52,15 +53,6 @@ bool HoldsWholeWaves(const Reader& in, const ModHeader& header) {
 
 std::uint16_t WordsToBytes(std::uint16_t words) { return static_cast<std::uint16_t>(words * kModWordBytes); }
 
-void LoadWave(Reader& in, std::uint16_t size, Sample& sample) {
-    std::vector<std::uint8_t> bytes(size);
-    in.Bytes(bytes);
-    const auto wave = sample.Allocate(size, 1);
-    std::transform(bytes.begin(), bytes.end(), wave.begin(), [](std::uint8_t byte) {
-        return static_cast<float>(static_cast<std::int8_t>(byte)) * kModWaveScale;
-    });
-}
-
 void LoadLoop(const ModSample& record, SampleData& data) {
     const std::uint32_t start = WordsToBytes(record.loopStart), length = WordsToBytes(record.loopLength);
     data.loopStart = start;
@@ -71,7 +63,7 @@ void LoadLoop(const ModSample& record, SampleData& data) {
 std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record, bool wholeWaves) {
     auto sample = std::make_unique<Sample>();
     const std::uint16_t size = WordsToBytes(record.length);
-    if (size > 0) LoadWave(in, size, *sample);
+    if (size > 0) ReadWaveValues<std::int8_t>(in, sample->Allocate(size, 1));
     if (wholeWaves) in.Skip(std::int64_t{record.length} * kModWordBytes - size);
     LoadLoop(record, *sample->data);
     sample->volume = static_cast<std::uint8_t>(2 * std::min(record.volume, kModVolume));

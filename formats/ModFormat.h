@@ -27,7 +27,6 @@ constexpr std::size_t kModTitleWidth = 20, kModNameWidth = 22, kModTagWidth = 4;
 constexpr std::size_t kModCellBytes = 4;
 constexpr std::uint32_t kModWordBytes = 2;
 constexpr std::uint32_t kModMaxWords = 65535;
-constexpr float kModWaveScale = 256.0f;              // from a signed byte to the 16-bit scale of the song
 
 using ModTag = std::array<std::uint8_t, kModTagWidth>;   // letters that tell the number of channels
 

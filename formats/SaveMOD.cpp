@@ -112,12 +112,11 @@ void SavePattern(Writer& out, const Song& song, int number, int channels) {
 }
 
 void SaveWave(Writer& out, const Sample& sample, std::size_t words) {
-    const std::span<const float> wave(sample.Wave(), sample.Count());
     const auto channels = static_cast<std::size_t>(sample.Channels());
-    std::vector<std::uint8_t> bytes(words * kModWordBytes);
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        bytes[i] = static_cast<std::uint8_t>(ToInteger<std::int8_t>(wave[i * channels] / kModWaveScale));
-    out.Bytes(bytes);
+    const float* wave = sample.Wave();
+    std::vector<float> left(words * kModWordBytes);
+    for (std::size_t i = 0; i < left.size(); ++i) left[i] = wave[i * channels];
+    WriteWaveValues<std::int8_t>(out, left);
 }
 
 // The tags name even numbers only, from 2 on.
