@@ -72,7 +72,7 @@ int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, C
     UpdateTickLength();
     TempoChanged();
     DebugOutput("\t- Starting MIDI OUT\n");
-    if (openMidi_) openMidi_(*mixer_);
+    if (openMidi_) openMidi_(mixer_->midiOut, mixer_->midiIn);
     if (DrvMIDIIN* hostInput = mixer_->device->GetSyncMidiIn()) {
         mixer_->midiIn[0] = std::make_unique<BorrowedMidiIn>(*hostInput);
         hostInput_ = true;

@@ -13,6 +13,7 @@
 #include <bitset>
 #include <cstdint>
 #include <memory>
+#include <span>
 
 #include "audio/DrvSound.h"
 #include "engine/JamQueue.h"
@@ -32,8 +33,9 @@ enum class DeviceKind : int { DirectSoundPrimary = 0, DirectSoundSecondary, NoSo
 // Makes the device object of a kind; null if it cannot be made. The rooms above supply it: the engine knows no device.
 using DeviceFactory = std::unique_ptr<DrvSound> (*)(DeviceKind kind);
 
-// Opens the system's MIDI devices into the mixer's tables. They supply this too; null means no MIDI.
-using MidiOpener = void (*)(Mixer& mixer);
+// Opens the system's MIDI devices into the mixer's tables, and logs from the outputs' lines on. They supply this too;
+// null means no MIDI.
+using MidiOpener = void (*)(std::span<std::unique_ptr<DrvMIDIOUT>> outputs, std::span<std::unique_ptr<DrvMIDIIN>> inputs);
 
 class SongEndListener {
 public:
