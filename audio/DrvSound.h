@@ -42,6 +42,11 @@ public:
     virtual void SetVolume(float) {}
     virtual void Shutdown() {}                                          // once, when the player stops for good
 
+    // A device that can vanish while it plays goes on in silence then, at its pace. These are the main thread's.
+    virtual bool IsLost() { return false; }
+    virtual bool Restore() { return true; }                             // opens it anew, with the mixer off
+    virtual std::uint32_t GetUnderruns() const { return 0; }            // blocks that came too late; any thread
+
     // A device led by an outside host answers these; see SndPlayer's sync step.
     virtual double GetSyncTime() { return 0.0; }                        // the host's position since the song's start
     virtual int ReleaseSyncTime() { return 0; }                         // after GetSyncTime; nonzero: it may be used

@@ -62,6 +62,7 @@ int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, C
     DebugOutput("SampleRate = %i\n", static_cast<int>(mixer_->sampleRate));
     if (deviceKind < 0 || deviceKind > kLastDevice) return 1;
 
+    SetMixerOn(false);                            // a device that is opened anew
     CloseDevice();
     const auto kind = static_cast<DeviceKind>(deviceKind);
     mixer_->device = hostDevice ? std::move(hostDevice) : factory_ ? factory_(kind) : nullptr;
