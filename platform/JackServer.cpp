@@ -6,6 +6,7 @@ namespace vonta {
 namespace {
 
 constexpr const char* kWatchName = "Vonta Tracker watch";
+
 }  // namespace
 
 std::shared_ptr<const JackServer> JackServer::Connect() {
@@ -15,7 +16,7 @@ std::shared_ptr<const JackServer> JackServer::Connect() {
     server->client_ = jack->clientOpen(kWatchName, JackNoStartServer, nullptr);
     if (!server->client_) return nullptr;
     jack->onShutdown(server->client_, [](void* gone) { *static_cast<std::atomic<bool>*>(gone) = true; },
-                      &server->gone_);
+                     &server->gone_);
     return server;
 }
 
