@@ -21,7 +21,6 @@ constexpr int kModRows = 64;
 constexpr int kModChannels = 32;                     // written at most; a reader meets up to 99
 constexpr std::uint8_t kModLowestNote = 12;          // those below have no periods of their own
 constexpr std::uint8_t kModVolume = 64;              // full
-constexpr std::size_t kModHeaderBytes = 1084;
 constexpr std::size_t kModTagOffset = 1080;
 constexpr std::size_t kModTitleWidth = 20, kModNameWidth = 22, kModTagWidth = 4;
 constexpr std::size_t kModCellBytes = 4;
