@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "app/Config.h"
+#include "app/ConfigText.h"
+#include "app/Environment.h"
 #include "formats/Chunks.h"
 #include "formats/Loaders.h"
 #include "formats/SaverVTI.h"
@@ -80,6 +83,18 @@ std::vector<Bytes> NativeInstrumentSeeds() {
     return {SavedInstrument(*test::SmallSong()->GetInstrument(0)), SavedInstrument(*test::FullInstrument())};
 }
 
+// The first byte tells the fuzz target which of the files follows.
+std::vector<Bytes> ConfigSeeds() {
+    MemoryStream text, keys, environment;
+    Writer(text).U8(0);
+    WriteConfigText(text, {});
+    Writer(keys).U8(1);
+    WriteKeyTable(keys, DefaultKeyTable());
+    Writer(environment).U8(2);
+    WriteEnvironment(environment, {});
+    return {text.Bytes(), keys.Bytes(), environment.Bytes()};
+}
+
 struct SeedRow {
     const char* target;
     std::vector<Bytes> (*make)();
@@ -88,6 +103,7 @@ struct SeedRow {
 constexpr SeedRow kSeeds[] = {
     {"chunk_reader", ChunkSeeds},
     {"load_mod", [] { return std::vector<Bytes>{ModBuilder{}.Build(), ModBuilder::Small().Build()}; }},
+    {"load_config", ConfigSeeds},
     {"load_module", ModuleSeeds},
     {"load_vtm", NativeSongSeeds},
     {"load_vti", NativeInstrumentSeeds},
