@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "formats/OpenToLoad.h"
 #include "formats/VtiFormat.h"
 #include "formats/WaveData.h"
 
@@ -186,6 +187,7 @@ void ReadInstrumentBody(NativeLoad& load, Instrument& instrument, int version) {
 std::unique_ptr<Instrument> LoadInstrumentNative(FileStream& stream, LoadReport& report) {
     const InstrumentMagic* magic = FindMagic(stream);
     if (!magic) return nullptr;
+    report.formatName = "VTI";
     NativeLoad load(stream, report);
     auto instrument = std::make_unique<Instrument>();
     ReadFields(load, *instrument, magic->version);
@@ -197,9 +199,7 @@ std::unique_ptr<Instrument> LoadInstrumentNative(FileStream& stream, LoadReport&
 
 std::unique_ptr<Instrument> LoadInstrumentNative(const std::string& path, LoadReport& report) {
     DiskStream stream;
-    if (stream.Open(path, "rb")) return LoadInstrumentNative(stream, report);
-    report.Fail("%s", stream.Error().c_str());
-    return nullptr;
+    return OpenToLoad(stream, path, report) ? LoadInstrumentNative(stream, report) : nullptr;
 }
 
 }  // namespace vonta
