@@ -15,13 +15,13 @@ struct NoteMessage {
 
 // A note-on of velocity 0 is a note-off.
 constexpr NoteMessage DecodeNote(std::uint32_t message) {
-    constexpr std::uint32_t kNoteOff = 0x80, kNoteOn = 0x90;
+    constexpr std::uint32_t kOffStatus = 0x80, kOnStatus = 0x90;
     constexpr int kHighestNote = 95;
     const std::uint32_t status = message & 0xF0;
     const int note = std::min(static_cast<int>(message >> 8 & 0x7F), kHighestNote);
     const int velocity = static_cast<int>(message >> 16 & 0x7F);
-    if (status == kNoteOn && velocity > 0) return {NoteMessage::Kind::On, note, velocity};
-    if (status == kNoteOn || status == kNoteOff) return {NoteMessage::Kind::Off, note, velocity};
+    if (status == kOnStatus && velocity > 0) return {NoteMessage::Kind::On, note, velocity};
+    if (status == kOnStatus || status == kOffStatus) return {NoteMessage::Kind::Off, note, velocity};
     return {};
 }
 

@@ -56,7 +56,7 @@ TEST(DrvMIDIIN, ReadsInOrderAroundTheRingsEnd) {
 // Under the thread checker too.
 TEST(DrvMIDIINThreads, OneWritesWhileAnotherReads) {
     InputRig rig;
-    constexpr std::uint32_t kMessages = 100'000;
+    constexpr std::uint32_t kMessages = 20'000;
     std::atomic<std::uint32_t> read{0};
     std::thread writer([&] {
         for (std::uint32_t i = 0; i < kMessages; ++i) {
