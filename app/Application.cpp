@@ -10,6 +10,7 @@
 #include "app/StartDirectory.h"
 #include "audio/CreateDevice.h"
 #include "formats/Loaders.h"
+#include "midi/OpenMidi.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -32,7 +33,7 @@ bool ChangeTo(const std::string& directory) {
 
 int GMain::Init(const std::optional<SoundChoice>& sound) {
     DebugOutput("* Init program...\n");
-    m_pSndPlayer = std::make_unique<SndPlayer>(CreateDevice);
+    m_pSndPlayer = std::make_unique<SndPlayer>(CreateDevice, OpenSystemMidi);
     m_szStartDir = FindStartDirectory();
     return sound ? StartSound(*sound) : 0;
 }
