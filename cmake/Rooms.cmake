@@ -22,15 +22,23 @@ function(vonta_room name)
     endforeach()
 endfunction()
 
-# vonta_tests(NAME LINKS a b ...): one GoogleTest program of tests/NAME/*.cpp.
+# What the scripts build under the checkers: every test program, and those that have threads to race.
+add_custom_target(tests_all)
+add_custom_target(tests_threaded)
+
+# vonta_tests(NAME [THREADED] LINKS a b ...): one GoogleTest program of tests/NAME/*.cpp.
 function(vonta_tests name)
-    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    cmake_parse_arguments(ROOM "THREADED" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
     if(NOT sources)
         return()
     endif()
     add_executable(test_${name} ${sources})
     target_link_libraries(test_${name} PRIVATE vonta_flags GTest::gtest_main)
+    add_dependencies(tests_all test_${name})
+    if(ROOM_THREADED)
+        add_dependencies(tests_threaded test_${name})
+    endif()
     foreach(room ${ROOM_LINKS})
         target_link_libraries(test_${name} PRIVATE vonta_${room})
     endforeach()

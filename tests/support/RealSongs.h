@@ -1,5 +1,4 @@
-// Songs that people made with other trackers, as tools/fetch-songs lays them into build/songs. None where the packages
-// cannot be had.
+// Songs that people made with other trackers, as tools/fetch-songs lays them into build/songs.
 #pragma once
 
 #include <algorithm>
