@@ -1,14 +1,20 @@
 // Tells a reader on another thread that tempo or position changed, without ever holding up the callback.
 #pragma once
 
+#include <semaphore.h>
+
 #include <atomic>
 #include <cstdint>
-#include <semaphore>
 
 namespace vonta {
 
 class PositionNotice {
 public:
+    PositionNotice() { sem_init(&event_, 0, 0); }
+    ~PositionNotice() { sem_destroy(&event_); }
+    PositionNotice(const PositionNotice&) = delete;
+    PositionNotice& operator=(const PositionNotice&) = delete;
+
     enum Flag : std::uint8_t { kBpmChanged = 1, kPositionChanged = 2 };
     struct Values { std::uint32_t bpm = 0, pattern = 0; std::int32_t row = 0; };
 
@@ -18,7 +24,7 @@ public:
             (now.pattern != last_.pattern || now.row != last_.row ? kPositionChanged : 0));
         if (!changed) return;
         last_ = now;
-        if ((flags_.fetch_or(changed) & changed) != changed && !signalled_.exchange(true)) event_.release();
+        if ((flags_.fetch_or(changed) & changed) != changed && !signalled_.exchange(true)) sem_post(&event_);
     }
 
     // The reader's thread: the flags since the last take, which clears them.
@@ -32,7 +38,7 @@ private:
     Values last_;                                  // the callback's own
     std::atomic<std::uint8_t> flags_{0};
     std::atomic<bool> signalled_{false}, closed_{false};
-    std::counting_semaphore<2> event_{0};
+    sem_t event_;                                  // posting it never waits
 };
 
 }  // namespace vonta

@@ -57,12 +57,12 @@ SndPlayer::~SndPlayer() { Shutdown(); }
 
 int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, CrashHandler* crashHandler,
                           std::uint32_t sampleRate, std::unique_ptr<DrvSound> hostDevice) {
+    SetMixerOn(false);                            // a device that is opened anew
     crashHandler_ = crashHandler;
     mixer_->sampleRate = std::max(sampleRate, kMinSampleRate);
     DebugOutput("SampleRate = %i\n", static_cast<int>(mixer_->sampleRate));
     if (deviceKind < 0 || deviceKind > kLastDevice) return 1;
 
-    SetMixerOn(false);                            // a device that is opened anew
     CloseDevice();
     const auto kind = static_cast<DeviceKind>(deviceKind);
     mixer_->device = hostDevice ? std::move(hostDevice) : factory_ ? factory_(kind) : nullptr;
