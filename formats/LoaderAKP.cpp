@@ -25,7 +25,7 @@ constexpr float kCubeOfFull = 1.0f / (100 * 100 * 100);   // times in the file a
 constexpr double kFullTimeTicks = 500.0;                  // ticks of a time of 100
 constexpr double kLeastFadeOut = 50.0;
 constexpr double kPanStep = 0.02 * 128;                   // -50 to 50 in the file
-constexpr std::int64_t kFloatsPerByte = 4;                // memory of one byte of an 8-bit wave
+constexpr std::int64_t kWaveBytesPerByte = 4;             // memory of one byte of an 8-bit file
 constexpr std::int64_t kRepeatAllowance = std::int64_t{32} << 20;
 
 struct Keygroup {
@@ -116,7 +116,7 @@ private:
     // Each zone has a wave of its own, even where they share a file: a small program may name a large file often.
     bool MayLoad(const std::string& path) {
         std::error_code error;
-        const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path, error)) * kFloatsPerByte;
+        const auto bytes = static_cast<std::int64_t>(std::filesystem::file_size(path, error)) * kWaveBytesPerByte;
         const bool first = seen_.insert(path).second;
         if (!first && bytes > allowance_) return false;
         allowance_ += first ? bytes : -bytes;

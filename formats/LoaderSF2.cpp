@@ -55,7 +55,7 @@ void SampleHeaderRecord(Io& io, Header& header) {
 
 // What the zones say of one sample.
 struct ZoneUse {
-    bool named = false, loop = false;
+    bool loop = false;
     int coarseTune = 0;
 };
 
@@ -218,7 +218,7 @@ void Bank::AddZone(Sf2Zone& zone, int number) {
     }
     if (zone.HasKeys()) {
         ZoneUse& use = uses_[static_cast<std::size_t>(zone.sample)];
-        use = {true, use.loop || zone.loop, zone.coarseTune};
+        use = {use.loop || zone.loop, zone.coarseTune};
         for (int key = zone.lowKey; key <= std::min<int>(zone.highKey, kLastKey); ++key) {
             if (zone.scaleTuning == 0) instrument_.fixedKey[static_cast<std::size_t>(key)] = 1;
             instrument_.AddKeySample(key, zone.sample, zone.lowVelocity, zone.highVelocity);

@@ -11,8 +11,12 @@
 #include "formats/Chunks.h"
 #include "formats/Loaders.h"
 #include "formats/SaverVTI.h"
+#include "tests/support/AkpBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/ModBuilder.h"
+#include "tests/support/Sf2Builder.h"
+#include "tests/support/WavBuilder.h"
+#include "tests/support/XiBuilder.h"
 #include "tests/support/XmBuilder.h"
 
 namespace vonta {
@@ -95,6 +99,40 @@ std::vector<Bytes> ConfigSeeds() {
     return {text.Bytes(), keys.Bytes(), environment.Bytes()};
 }
 
+std::vector<Bytes> WavSeeds() {
+    using test::WavBuilder;
+    const auto sampler = WavBuilder::Sampler(60, {{0, 1}});
+    return {WavBuilder::EightBit({0, 128, 255}).With(sampler).Build(),
+            WavBuilder::SixteenBit({1, 2, 3, 4}, 2).Before({"LIST", {1, 2, 3, 0}, 3}).Before(sampler).Build()};
+}
+
+std::vector<Bytes> XiSeeds() {
+    Bytes forward(64), pingPong(64);
+    forward[0] = 100;
+    pingPong[3] = 100;
+    test::XmInstrumentSpec looped;
+    looped.samples = {{.wave = forward, .loopLength = 64, .type = 1}, {.wave = pingPong, .loopLength = 32, .type = 0x12}};
+    looped.keyMap[48] = 1;
+    looped.volumeType = looped.panType = 7;
+    return {test::BuildXi(looped), test::BuildXi({})};
+}
+
+std::vector<Bytes> Sf2Seeds() {
+    test::Sf2Builder two = test::Sf2Builder::Small();
+    two.instruments.push_back({{{test::kSf2Keys, test::Sf2Range(0, 127)}, {test::kSf2Velocities, test::Sf2Range(0, 63)},
+                                {test::kSf2Attack, -1200}, {test::kSf2Scale, 0}, {test::kSf2Sample, 1}}});
+    two.presetZones = {{{test::kSf2Keys, test::Sf2Range(0, 96)}, {test::kSf2Instrument, 0}}};
+    return {test::Sf2Builder::Small().Build(), two.Build()};
+}
+
+std::vector<Bytes> AkpSeeds() {
+    test::AkpKeygroupSpec layered;
+    layered.attack = 30;
+    layered.release = 60;
+    layered.zones = {{.highVelocity = 63, .playback = 2}, {.lowVelocity = 64, .pan = -50, .keyTracking = 0}};
+    return {test::AkpBuilder().Build(), test::AkpBuilder{{layered, {}}}.Build()};
+}
+
 struct SeedRow {
     const char* target;
     std::vector<Bytes> (*make)();
@@ -107,6 +145,10 @@ constexpr SeedRow kSeeds[] = {
     {"load_module", ModuleSeeds},
     {"load_vtm", NativeSongSeeds},
     {"load_vti", NativeInstrumentSeeds},
+    {"load_wav", WavSeeds},
+    {"load_xi", XiSeeds},
+    {"load_sf2", Sf2Seeds},
+    {"load_akp", AkpSeeds},
 };
 
 }  // namespace
