@@ -48,9 +48,9 @@ void LoadRaw(benchmark::State& state) { Measure(state, std::string(2 * kFrames, 
 BENCHMARK(LoadRaw)->Unit(benchmark::kMillisecond);
 
 void LoadXi(benchmark::State& state) {
-    test::XmInstrumentSpec spec;
-    spec.samples.assign(4, {.wave = std::vector<std::uint8_t>(kFrames / 2, 3), .type = 16});
-    Measure(state, AsText(test::BuildXi(spec)), kInstrument);
+    test::XmInstrumentSpec file;
+    file.samples.assign(4, {.wave = std::vector<std::uint8_t>(kFrames / 2, 3), .type = 16});
+    Measure(state, AsText(test::BuildXi(file)), kInstrument);
 }
 BENCHMARK(LoadXi)->Unit(benchmark::kMillisecond);
 
@@ -65,7 +65,8 @@ BENCHMARK(LoadSf2)->Unit(benchmark::kMillisecond);
 void SaveWav(benchmark::State& state) {
     const TempDirectory directory;
     LoadReport report;
-    const auto sample = LoadSample(directory.Write("in.wav", test::WavBuilder::SixteenBit(Noise(), 2).Text()), true, report);
+    const auto path = directory.Write("in.wav", test::WavBuilder::SixteenBit(Noise(), 2).Text());
+    const auto sample = LoadSample(path, true, report);
     for (auto _ : state)
         if (SaveSample(directory.File("out.wav"), *sample, report) != 0) state.SkipWithError(report.error.c_str());
     state.SetBytesProcessed(static_cast<std::int64_t>(2 * kFrames) * state.iterations());

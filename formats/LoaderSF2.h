@@ -1,5 +1,5 @@
-// SoundFont 2 banks. A bank becomes one instrument: the samples of the whole bank, up to 256, and the zones of its first
-// instrument. Modulators, filters, LFOs and most generators are passed over.
+// SoundFont 2 banks. A bank becomes one instrument: the samples of the whole bank, up to 256, and the zones of its
+// first instrument. Modulators, filters, LFOs and most generators are passed over.
 #pragma once
 
 #include "formats/Loaders.h"

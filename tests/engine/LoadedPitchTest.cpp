@@ -77,8 +77,8 @@ TEST(LoadedPitch, AKeygroupProgramSoundsItsWaveAtItsBaseNote) {
     EXPECT_NEAR(PlayedCents(LoadInstrument(path, report), kConcertKey), 0, 3);
 }
 
-// Samples of which the bank gives root key, rate and, in cents, how much too low they are. The player takes no notice of
-// the last.
+// Samples of which the bank gives root key, rate and, in cents, how much too low they are. The player takes no notice
+// of the last.
 TEST(LoadedPitch, BanksSoundInTune) {
     const struct { const char* bank; const char* sample; double tooLow; } cases[] = {
         {"TimGM6mb.sf2", "Square Wave C1", 0}, {"TimGM6mb.sf2", "Oboe A5", 0},   {"TimGM6mb.sf2", "FluteG5", 31},

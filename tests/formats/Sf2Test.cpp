@@ -120,10 +120,10 @@ TEST(LoaderSF2, GeneratorsShapeTheVolume) {
 TEST(LoaderSF2, ZonesFindTheirKeys) {
     Sf2Builder bank = Sf2Builder::Small();
     bank.instruments[0] = {
-        {{kSf2Keys, Sf2Range(10, 20)}},                                                    // global: flows into the first
+        {{kSf2Keys, Sf2Range(10, 20)}},              // global: flows into the first
         {{kSf2Velocities, Sf2Range(0, 63)}, {kSf2Sample, 0}},
         {{kSf2Keys, Sf2Range(10, 200)}, {kSf2Velocities, Sf2Range(64, 127)}, {kSf2Scale, 0}, {kSf2Sample, 1}},
-        {{kSf2Sample, 0}},                                                                 // from the preset
+        {{kSf2Sample, 0}},                           // keys from the preset
     };
     bank.presetZones = {{{kSf2Instrument, 0}}, {{kSf2Keys, Sf2Range(3, 4)}, {kSf2Instrument, 7}},
                         {{kSf2Keys, Sf2Range(1, 2)}, {kSf2Instrument, 0}},
@@ -170,7 +170,7 @@ TEST(LoaderSF2, TakesTheFirst256Samples) {
 TEST(LoaderSF2, ABankWithOneInstrumentRecordHasNoSamples) {
     auto bytes = Sf2Builder::Small().Build();
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
-    bytes[text.find("inst\x2C") + 4] = 22;               // one record instead of two; the walk goes on inside the second
+    bytes[text.find("inst\x2C") + 4] = 22;               // one record instead of two; the walk goes on in the second
     const LoadedBank loaded(bytes);
     ASSERT_TRUE(loaded.instrument);
     EXPECT_EQ(loaded.instrument->numSamples, 0);

@@ -12,18 +12,18 @@ namespace {
 using namespace test;
 
 XmInstrumentSpec ThreeSamples() {
-    XmInstrumentSpec spec;
-    spec.name = "three";
-    spec.samples = {{.name = "eight", .wave = {1, 1, 254, 3}, .loopStart = 1, .loopLength = 2, .fineTune = 0xF0,
+    XmInstrumentSpec file;
+    file.name = "three";
+    file.samples = {{.name = "eight", .wave = {1, 1, 254, 3}, .loopStart = 1, .loopLength = 2, .fineTune = 0xF0,
                      .type = 1, .relativeNote = 12},
                     {.name = "sixteen", .wave = {0, 1, 0, 1, 255, 255}, .loopStart = 2, .loopLength = 4, .type = 0x12},
                     {.name = "empty"}};
-    spec.keyMap[95] = 2;
-    spec.volumeType = 3;
-    spec.panType = 4;
-    spec.volumeSustain = 1;
-    spec.fadeOut = 300;
-    return spec;
+    file.keyMap[95] = 2;
+    file.volumeType = 3;
+    file.panType = 4;
+    file.volumeSustain = 1;
+    file.fadeOut = 300;
+    return file;
 }
 
 struct LoadedXi {
@@ -73,9 +73,9 @@ TEST(LoaderXI, TheInstrumentOfAFile) {
 }
 
 TEST(LoaderXI, TakesSixteenSamplesAndTellsOfMore) {
-    XmInstrumentSpec spec;
-    spec.samples.assign(20, {.wave = {1}});
-    const LoadedXi loaded(BuildXi(spec));
+    XmInstrumentSpec file;
+    file.samples.assign(20, {.wave = {1}});
+    const LoadedXi loaded(BuildXi(file));
     ASSERT_TRUE(loaded.instrument);
     EXPECT_EQ(loaded.instrument->numSamples, 16);
     EXPECT_EQ(loaded.report.lines.size(), 1u);
