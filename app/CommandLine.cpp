@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Devices.h"
 #include "app/Info.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
@@ -35,6 +36,7 @@ constexpr struct {
     {"render", "Render a song to WAV files, faster than it plays", AddRenderCommand},
     {"info", "Tell what a song holds and how long it is", AddInfoCommand},
     {"play", "Play a song in real time", AddPlayCommand},
+    {"devices", "List the devices", AddDevicesCommand},
 };
 
 void SendLogToErrorOutput() {

@@ -1,19 +1,12 @@
 #include "audio/DrvDiskWritter.h"
 
-#include <xmmintrin.h>
-
 #include <algorithm>
 #include <array>
 
+#include "audio/Truncated16.h"
 #include "engine/Mixer.h"
 
 namespace vonta {
-namespace {
-
-// The low two bytes of the truncated value. The instruction is defined for every float, where a cast is not.
-std::int16_t Wrapped(float value) { return static_cast<std::int16_t>(_mm_cvttss_si32(_mm_set_ss(value))); }
-
-}  // namespace
 
 int DrvDiskWritter::Init(void*, int, int, Mixer& mixer, TickHandler* tickHandler) {
     position_.Restart(mixer.sampleRate);
@@ -28,7 +21,7 @@ void DrvDiskWritter::WriteBlock(float* const* outputs, int frames, std::uint32_t
     const float* next = outputs[0];
     for (auto left = static_cast<std::size_t>(frames) * 2; left > 0;) {
         const std::size_t now = std::min(left, values.size());
-        std::transform(next, next + now, values.begin(), Wrapped);
+        std::transform(next, next + now, values.begin(), Truncated16);
         std::fwrite(values.data(), sizeof values[0], now, file_.get());
         next += now;
         left -= now;
