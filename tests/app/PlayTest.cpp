@@ -11,7 +11,7 @@ namespace {
 TEST(PlayDevice, PlaysToTheEndAndShowsOneLine) {
     TempDirectory directory;
     directory.Write("s.xm", AsText(SmallXm().Build()));
-    const Outcome outcome = RunVonta({"play", "s.xm"}, directory.Path());
+    const Outcome outcome = RunVonta({"play", "s.xm", "--device", "nosound"}, directory.Path());
     EXPECT_EQ(outcome.status, 0) << outcome.err;
     EXPECT_EQ(std::ranges::count(outcome.out, '\n'), 1);
     EXPECT_TRUE(outcome.out.starts_with("position 000 of 001  pattern 000  row ")) << outcome.out;
@@ -30,7 +30,7 @@ TEST(PlayDevice, TheDiskWriterLeavesSoundAndSecondsEndASongWithoutEnd) {
 TEST(PlayDevice, CtrlCEndsItWithItsStatus) {
     TempDirectory directory;
     directory.Write("s.xm", AsText(CircleXm().Build()));
-    Program program({"play", "--log", "s.xm"}, directory.Path());
+    Program program({"play", "--log", "s.xm", "--device", "nosound"}, directory.Path());
     ASSERT_TRUE(Program::WaitUntil(
         [&] { return program.ErrorText().find("* Starting Mixer Engine...") != std::string::npos; }));
     program.Interrupt();
