@@ -11,9 +11,13 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstddef>
 #include <cstdlib>
+#include <thread>
 
+#include "midi/DrvMIDIOUTSystem.h"
+#include "platform/MidiSender.h"
 #include "tests/support/PlayerRig.h"
 #include "tests/support/TestDevice.h"
 #include "tests/support/TestPlugins.h"
@@ -151,6 +155,42 @@ TEST(RealTime, TheBlockCycleTakesTheCommandLockOnceAndNoOther) {
         ASSERT_EQ(counts.allocations, 0);
         ASSERT_EQ(counts.locks, 1);
     }
+}
+
+// A port of the system as it is behind the audio side: a sender with its thread.
+TEST(RealTime, SendingToAMidiPortAllocatesAndLocksNothing) {
+    struct Port final : MidiOutPort {
+        std::atomic<int> written{0};
+        MidiSender sender{[this](std::uint32_t) { ++written; }};
+        bool Send(std::uint32_t message) override { return sender.Send(message); }
+    };
+    struct Service final : MidiService {
+        Port* opened = nullptr;
+        int OutputCount() const override { return 1; }
+        int InputCount() const override { return 0; }
+        std::string OutputName(int) const override { return "Port"; }
+        std::string InputName(int) const override { return {}; }
+        std::unique_ptr<MidiOutPort> OpenOutput(int) override {
+            auto port = std::make_unique<Port>();
+            opened = port.get();
+            return port;
+        }
+        std::unique_ptr<MidiInPort> OpenInput(int, MidiInListener&) override { return nullptr; }
+    };
+    const auto service = std::make_shared<Service>();
+    DrvMIDIOUTSystem output(service);
+    ASSERT_EQ(output.Open(0), 0);
+    const Counts counts = CountDuring([&] {
+        for (std::uint32_t now = 0; now < kBlocks; ++now) {
+            output.NoteOn(60, 0, 100, now);
+            output.ControlChange(0, 7, 100, now);
+            output.NoteOff(60, 0, now);
+            output.Flush(now);
+        }
+    });
+    EXPECT_EQ(counts.allocations, 0);
+    EXPECT_EQ(counts.locks, 0);
+    while (service->opened->written < 3 * kBlocks) std::this_thread::yield();
 }
 
 // From here on the kernel kills the process at any call but these; the clock needs one where the machine has no faster
