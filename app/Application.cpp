@@ -84,8 +84,18 @@ bool GMain::SaveBackup(std::string& error) {
 
 void GMain::CrashBackup(bool audioFault) {
     if (m_nCrashGuard.fetch_add(1) != 0) return;
-    std::string error;
-    const bool saved = SaveBackup(error);
+    // The song may be what is broken: a fault while it is saved ends in the same message as any other failure.
+    struct Job {
+        GMain& app;
+        std::string error;
+        bool saved = false;
+    } job{*this, {}};
+    const auto save = [](void* argument) {
+        Job& mine = *static_cast<Job*>(argument);
+        mine.saved = mine.app.SaveBackup(mine.error);
+    };
+    const bool saved = RunGuarded(save, &job) && job.saved;
+    const std::string& error = job.error;
     if (!audioFault && m_pSndPlayer) m_pSndPlayer->SetMixerOn(false);
     if (saved) Complain(m_szStartDir, kBackupMessage);
     else if (error.empty()) Complain(kNoBackupMessage);

@@ -8,6 +8,7 @@
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
+#include "app/Interrupt.h"
 #include "app/OpenSong.h"
 #include "app/SongFacts.h"
 
@@ -33,6 +34,7 @@ int Info(const InfoRequest& request) {
     app.InstallSong(std::move(song));
     return app.Guarded([&] {
         facts.length = MeasureSong(*app.GetSndPlayer(), kLongestSong);
+        if (Interrupted()) return kInterrupted;
         const std::string text = request.json ? FormatAsJson(facts) : FormatAsText(facts);
         std::fwrite(text.data(), 1, text.size(), stdout);
         return kDone;

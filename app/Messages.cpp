@@ -45,7 +45,8 @@ std::string Printable(std::string_view text, Layout layout) {
         const Character first = DecodeFirst(text);
         const std::size_t length = first.length ? first.length : 1;
         const bool kept = layout == Layout::Keep && (first.code == '\n' || first.code == '\t');
-        if (!first.length || ChangesDirection(first.code)) out += kReplacement;
+        if (layout == Layout::Keep && first.code == '\r') out += '\n';   // how comments end their lines
+        else if (!first.length || ChangesDirection(first.code)) out += kReplacement;
         else if (IsControl(first.code) && !kept) out += '?';
         else out += text.substr(0, length);
         text.remove_prefix(length);

@@ -10,6 +10,7 @@
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
+#include "app/InRange.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
 #include "app/OpenSong.h"
@@ -107,19 +108,19 @@ void AddPlayCommand(CLI::App& command, std::function<int()>& chosen) {
         ->type_name("KIND")
         ->capture_default_str();
     command.add_option("--device-number", request->sound.deviceIndex, "Which one of the kind")
-        ->check(CLI::Range(0, 255).description(""))
+        ->check(InRange(0, 255))
         ->type_name("N")
         ->capture_default_str();
     command.add_option("--latency", request->latencyMs, "How far ahead sound is made, where the device lets us choose")
-        ->check(CLI::Range(2, 10000).description(""))
+        ->check(InRange(2, 10000))
         ->type_name("MS")
         ->capture_default_str();
     command.add_option("--rate", request->sound.sampleRate, "Frames a second")
-        ->check(CLI::Range(8000, 192000).description(""))
+        ->check(InRange(8000, 192000))
         ->type_name("HZ")
         ->capture_default_str();
     command.add_option("--seconds", request->seconds, "Stop after so many seconds")
-        ->check(CLI::Range(0.001, 1e6).description(""))
+        ->check(InRange(0.001, 1e6))
         ->type_name("N");
     command.callback([request, &chosen] {
         request->sound.kind = SoundKindOf(request->device);

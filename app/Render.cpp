@@ -11,6 +11,7 @@
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
+#include "app/InRange.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
 #include "app/OpenSong.h"
@@ -28,8 +29,6 @@ constexpr const char* kWavExtension = ".wav";
 
 const std::map<std::string, Interpolation> kInterpolations{
     {"none", Interpolation::None}, {"linear", Interpolation::Linear}, {"cubic", Interpolation::Cubic}};
-
-CLI::Validator InRange(auto least, auto most) { return CLI::Range(least, most).description(""); }
 
 struct RenderRequest {
     std::string song;                                // path

@@ -103,7 +103,8 @@ SongFacts GatherFacts(const Song& song) {
     for (int position = 0; position < facts.orderLength; ++position) {
         const int index = song.GetPatternPosIndex(position);
         facts.order.push_back(index);
-        if (const Pattern* pattern = song.GetPattern(index)) facts.rows += pattern->Rows();
+        const Pattern* pattern = song.GetPattern(index);
+        facts.rows += pattern ? pattern->Rows() : kDefaultRows;   // a missing one plays empty
     }
     for (int i = 0; i < kMaxInstruments; ++i) {
         const Instrument* instrument = song.GetInstrument(i);

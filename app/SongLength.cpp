@@ -1,5 +1,7 @@
 #include "app/SongLength.h"
 
+#include "app/Interrupt.h"
+
 namespace vonta {
 
 SongLength MeasureSong(SndPlayer& player, double maxSeconds) {
@@ -12,7 +14,7 @@ SongLength MeasureSong(SndPlayer& player, double maxSeconds) {
 
     SongLength length;
     const double blockSeconds = static_cast<double>(kRenderFrames) / player.GetMixer().sampleRate;
-    for (bool ended = false; !ended;) {
+    for (bool ended = false; !ended && !Interrupted();) {
         ended = player.RenderSilently(kRenderFrames) || player.GetSong().GetTempo() == 0;
         length.seconds += blockSeconds;
         if (player.Revisited()) length.end = SongLength::End::Circle;

@@ -12,7 +12,7 @@ struct SongLength {
 };
 
 // Walks as the mixdown does, at the player's rate, and at most for maxSeconds. What commands of the song change in it
-// (tempo, filters switched on) stays changed: measure a copy. The device does not run meanwhile.
+// (tempo, filters switched on) stays changed: measure a copy. The device does not run meanwhile. Ctrl+C ends it.
 SongLength MeasureSong(SndPlayer& player, double maxSeconds);
 
 }  // namespace vonta

@@ -54,49 +54,50 @@ void SeekPastInstrument(FileStream& stream, std::int64_t start, std::uint32_t si
         stream.Seek(std::min(start + usual, stream.Size()), kFromStart);
 }
 
-// False if the file ends before the instrument does; what was there of it is in `instrument`.
-bool ReadInstrument(Reader& in, const XmInstrumentHeader& header, std::int64_t start, Instrument& instrument,
+XmSamplesEnd ReadInstrument(Reader& in, const XmInstrumentHeader& header, std::int64_t start, Instrument& instrument,
                     int number, LoadReport& report) {
     if (header.numSamples == 0) {
         SeekPastInstrument(in.Stream(), start, header.size, kXmInstrumentHeaderBytes);
-        return true;
+        return XmSamplesEnd::Whole;
     }
     const std::uint32_t sampleHeaderSize = in.U32();
     XmInstrumentBody body;
     RecordReader record(in);
     XmInstrumentBodyRecord(record, body);
-    if (in.Truncated()) {
-        report.Add("The file ends in instrument %i.", number);
-        return false;
-    }
+    if (in.Truncated()) return XmSamplesEnd::Cut;
     DebugOutput("\tnumvolp: %i\n", body.volume.numPoints);
     ApplyXmBody(body, instrument);
     SeekPastInstrument(in.Stream(), start, header.size, kXmUsualInstrumentBytes);
     return ReadXmSamples(in, header.numSamples, sampleHeaderSize, instrument, number, report);
 }
 
-void ReadInstruments(Reader& in, int count, Song& song, LoadReport& report) {
+// False if the file ends before the last wave of the last instrument: then it is not the song that it says it is.
+bool ReadInstruments(Reader& in, int count, Song& song, LoadReport& report) {
     DebugOutput("\t- num. instruments %i\n", count);
-    bool whole = true;
-    for (int i = 0; i < std::min(count, kMaxInstruments) && whole; ++i) {
+    for (int i = 0; i < std::min(count, kMaxInstruments); ++i) {
         DebugOutput("\t\t- loading instrument... %i\n", i);
         const std::int64_t start = in.Stream().Tell();
         XmInstrumentHeader header;
         RecordReader record(in);
         XmInstrumentHeaderRecord(record, header);
         if (in.Truncated()) {
-            report.Add("The file ends before instrument %i: it and the following are missing.", i + 1);
-            break;
+            report.Fail("the file is cut short before instrument %i", i + 1);
+            return false;
         }
         auto instrument = std::make_unique<Instrument>();
         instrument->SetName(header.name);
         DebugOutput("\t\t\t- num. samples %i\n", header.numSamples);
-        whole = ReadInstrument(in, header, start, *instrument, i + 1, report);
+        const XmSamplesEnd end = ReadInstrument(in, header, start, *instrument, i + 1, report);
+        if (end == XmSamplesEnd::Cut || (end == XmSamplesEnd::LastIsShort && i + 1 < count)) {
+            report.Fail("the file is cut short in instrument %i", i + 1);
+            return false;
+        }
         song.AddInstrument(std::move(instrument));
     }
     if (count > kMaxInstruments)
         report.Add("The file has %i instruments: the last %i are dropped.", count, count - kMaxInstruments);
     DebugOutput("\t- all instruments ok\n");
+    return true;
 }
 
 }  // namespace
@@ -114,7 +115,7 @@ std::unique_ptr<Song> LoaderXM::Load(FileStream& stream, LoadReport& report) {
     XmHeader header;
     if (!ReadHeader(in, header, *song, report)) return nullptr;
     if (!ReadXmPatterns(in, header, *song, report)) return nullptr;
-    ReadInstruments(in, header.instruments, *song, report);
+    if (!ReadInstruments(in, header.instruments, *song, report)) return nullptr;
     song->SetComments(CommentsFromNames(*song));
     DebugOutput("\t- song loaded correctly\n");
     return song;

@@ -119,7 +119,7 @@ void ApplyXmBody(const XmInstrumentBody& body, Instrument& instrument) {
         instrument.SetKeySample(note, body.samples[static_cast<std::size_t>(note)], 0, 127);
 }
 
-bool ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& instrument, int number,
+XmSamplesEnd ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& instrument, int number,
                    LoadReport& report) {
     if (headerSize < kXmSampleHeaderBytes || headerSize > kXmMaxRecordBytes) headerSize = kXmSampleHeaderBytes;
     std::int64_t dropped = 0;
@@ -127,17 +127,17 @@ bool ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& 
     for (const auto& header : headers) instrument.AddSample(MakeSample(header));
     if (in.Truncated()) {
         report.Add("The file ends in the sample headers of instrument %i.", number);
-        return false;
+        return XmSamplesEnd::Cut;
     }
     for (std::size_t i = 0; i < headers.size(); ++i) {
         if (LoadWave(in, headers[i], *instrument.samples[i])) continue;
         report.Add("The file ends in sample %i of instrument %i: the rest is silent.", static_cast<int>(i) + 1, number);
-        return false;
+        return i + 1 == headers.size() ? XmSamplesEnd::LastIsShort : XmSamplesEnd::Cut;
     }
     if (count > kUsedSamples)
         report.Add("Instrument %i has %i samples: the last %i are dropped.", number, count, count - kUsedSamples);
     in.Skip(dropped);
-    return !in.Truncated();
+    return in.Truncated() ? XmSamplesEnd::LastIsShort : XmSamplesEnd::Whole;
 }
 
 }  // namespace vonta

@@ -17,9 +17,14 @@ constexpr std::uint32_t kXmMaxRecordBytes = 4096;
 void ApplyXmBody(const XmInstrumentBody& body, Instrument& instrument);
 
 // All sample headers, then all waves, into `instrument`: the first kUsedSamples of them, the others are passed over. A
-// wave that the file does not hold whole is shortened. False if the file ends before all is read. What was dropped
-// is told in `report`; `number` is the instrument's there.
-bool ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& instrument, int number,
+// wave that the file does not hold whole is shortened. What was dropped is told in `report`; `number` is the
+// instrument's there.
+enum class XmSamplesEnd {
+    Whole,
+    LastIsShort,      // the file ends in the last wave
+    Cut,              // it ends before
+};
+XmSamplesEnd ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& instrument, int number,
                    LoadReport& report);
 
 }  // namespace vonta

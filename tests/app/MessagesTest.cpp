@@ -21,7 +21,7 @@ TEST(Messages, PrintableKeepsTextAndDisarmsTheRest) {
         {std::string("\0x", 2), "?x"},
     };
     for (const auto& test : kCases) EXPECT_EQ(Printable(test.text), test.printable);
-    EXPECT_EQ(Printable("a\tb\n\r", Layout::Keep), "a\tb\n?");
+    EXPECT_EQ(Printable("a\tb\n\r", Layout::Keep), "a\tb\n\n");
 }
 
 TEST(Messages, ClockTextCarriesItsTenths) {

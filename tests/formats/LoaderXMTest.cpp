@@ -301,15 +301,20 @@ TEST(LoaderXM, WhatTheSongHasNoPlaceForIsDroppedAndTold) {
     }
 }
 
-TEST(LoaderXM, AShortLastSampleAndMissingInstrumentsAreTold) {
-    XmBuilder xm = WithSamples({{.wave = {1, 1, 1}, .length = 1000}, {.name = "second", .wave = {}, .length = 50}});
-    xm.numInstruments = 5;
+TEST(LoaderXM, AShortLastSampleIsToldAndWhatIsCutBeforeItIsRefused) {
+    XmBuilder xm = WithSamples({{.wave = {1, 1, 1}}, {.name = "last", .wave = {1, 1}, .length = 50}});
     const auto loaded = LoadXm(xm);
     ASSERT_TRUE(loaded.song) << loaded.report.error;
-    EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(0)->Count(), 3u);
-    EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(1)->Count(), 0u);
-    EXPECT_EQ(loaded.song->CountInstruments(), 1);
-    EXPECT_EQ(JoinLines(loaded.report), "The file ends in sample 1 of instrument 1: the rest is silent.\n");
+    EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(1)->Count(), 2u);
+    EXPECT_EQ(JoinLines(loaded.report), "The file ends in sample 2 of instrument 1: the rest is silent.\n");
+
+    xm.numInstruments = 5;
+    EXPECT_EQ(LoadXm(xm).report.error, "the file is cut short in instrument 1");
+    const auto first = LoadXm(WithSamples({{.wave = {1, 1, 1}, .length = 1000}, {.wave = {}, .length = 50}}));
+    EXPECT_EQ(first.report.error, "the file is cut short in instrument 1");
+    XmBuilder missing = WithSamples({{.wave = {1, 1, 1}}});
+    missing.numInstruments = 2;
+    EXPECT_EQ(LoadXm(missing).report.error, "the file is cut short before instrument 2");
 }
 
 // Each pattern claims to go on far behind its one byte of cells.
