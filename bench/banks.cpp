@@ -48,7 +48,7 @@ void LoadRaw(benchmark::State& state) { Measure(state, std::string(2 * kFrames, 
 BENCHMARK(LoadRaw)->Unit(benchmark::kMillisecond);
 
 void LoadXi(benchmark::State& state) {
-    test::XmInstrumentSpec file;
+    test::XmInstrumentRecipe file;
     file.samples.assign(4, {.wave = std::vector<std::uint8_t>(kFrames / 2, 3), .type = 16});
     Measure(state, AsText(test::BuildXi(file)), kInstrument);
 }

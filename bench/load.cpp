@@ -10,13 +10,13 @@ namespace vonta {
 namespace {
 
 using test::XmBuilder;
-using test::XmPatternSpec;
+using test::XmPatternRecipe;
 
 // 1 MB of patterns, 9 MB of waves.
 XmBuilder BigModule(unsigned type) {
     XmBuilder xm;
     xm.channels = 32;
-    XmPatternSpec pattern{64, {}};
+    XmPatternRecipe pattern{64, {}};
     for (unsigned i = 0; i < 64 * 32; ++i) {
         const auto byte = static_cast<std::uint8_t>(i);
         if (i % 2 == 0)

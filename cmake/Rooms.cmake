@@ -26,9 +26,10 @@ endfunction()
 add_custom_target(tests_all)
 add_custom_target(tests_threaded)
 
-# vonta_tests(NAME [THREADED] LINKS a b ...): one GoogleTest program of tests/NAME/*.cpp.
+# vonta_tests(NAME [THREADED] [SERIAL] LINKS a b ...): one GoogleTest program of tests/NAME/*.cpp. SERIAL ones run
+# alone: what they listen to has a clock.
 function(vonta_tests name)
-    cmake_parse_arguments(ROOM "THREADED" "" "LINKS" ${ARGN})
+    cmake_parse_arguments(ROOM "THREADED;SERIAL" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${name}/*.cpp)
     if(NOT sources)
         return()
@@ -42,5 +43,6 @@ function(vonta_tests name)
     foreach(room ${ROOM_LINKS})
         target_link_libraries(test_${name} PRIVATE vonta_${room})
     endforeach()
-    gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+    gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} TIMEOUT 300 RUN_SERIAL "$<BOOL:${ROOM_SERIAL}>"
+                         DISCOVERY_TIMEOUT 60)
 endfunction()

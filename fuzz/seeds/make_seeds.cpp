@@ -110,7 +110,7 @@ std::vector<Bytes> XiSeeds() {
     Bytes forward(64), pingPong(64);
     forward[0] = 100;
     pingPong[3] = 100;
-    test::XmInstrumentSpec looped;
+    test::XmInstrumentRecipe looped;
     looped.samples = {{.wave = forward, .loopLength = 64, .type = 1}, {.wave = pingPong, .loopLength = 32, .type = 0x12}};
     looped.keyMap[48] = 1;
     looped.volumeType = looped.panType = 7;
@@ -126,7 +126,7 @@ std::vector<Bytes> Sf2Seeds() {
 }
 
 std::vector<Bytes> AkpSeeds() {
-    test::AkpKeygroupSpec layered;
+    test::AkpKeygroupRecipe layered;
     layered.attack = 30;
     layered.release = 60;
     layered.zones = {{.highVelocity = 63, .playback = 2}, {.lowVelocity = 64, .pan = -50, .keyTracking = 0}};

@@ -150,13 +150,13 @@ TEST(JackMidi, TheStartOpensEveryPortUnderTheProgramsName) {
                             "\t\t- MIDIIn started(0): Peer:keys\n"));
         EXPECT_FALSE(program.player.GetMixer().midiOut[1]);
         EXPECT_FALSE(program.player.GetMixer().midiIn[1]);
+        ASSERT_TRUE(Await([&peer] { return peer.PortsOf("Vonta Tracker").size() == 2; }));   // the last start's are gone
         const auto ports = peer.PortsOf("Vonta Tracker");
-        ASSERT_EQ(ports.size(), 2u);
         EXPECT_TRUE(ports[0].ends_with(":MIDI Out 0")) << ports[0];
         EXPECT_TRUE(ports[1].ends_with(":MIDI In 0")) << ports[1];
     }
     EXPECT_TRUE(log.Has("\t\t\t- MIDI In Procedure Closed.\n"));
-    EXPECT_TRUE(peer.PortsOf("Vonta Tracker").empty());
+    EXPECT_TRUE(Await([&peer] { return peer.PortsOf("Vonta Tracker").empty(); }));
     Program first;
     OpenSystemMidi(first.player.GetMixer().midiOut, first.player.GetMixer().midiIn);
     EXPECT_FALSE(first.player.GetMixer().midiOut[1]);

@@ -39,7 +39,7 @@ private:
     TempDirectory directory_;
 };
 
-AkpBuilder OneZone(AkpZoneSpec zone, AkpKeygroupSpec group = {}) {
+AkpBuilder OneZone(AkpZoneRecipe zone, AkpKeygroupRecipe group = {}) {
     group.zones = {zone};
     return {{group}};
 }
@@ -67,7 +67,7 @@ TEST(LoaderAKP, AKeygroupBecomesKeysAndSamples) {
 }
 
 TEST(LoaderAKP, TuneOfZoneKeygroupAndWaveAddUp) {
-    const struct { AkpZoneSpec zone; AkpKeygroupSpec group; unsigned rate, base; int tone, fine; } cases[] = {
+    const struct { AkpZoneRecipe zone; AkpKeygroupRecipe group; unsigned rate, base; int tone, fine; } cases[] = {
         {{}, {}, 44100, 60, 17, -27},                        // 16 and 100/128
         {{}, {}, 8363, 60, -12, 0},
         {{}, {}, 0, 72, -24, 0},

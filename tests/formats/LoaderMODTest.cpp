@@ -11,7 +11,7 @@ namespace {
 using test::JoinLines;
 using test::LoadBytes;
 using test::ModBuilder;
-using test::ModSampleSpec;
+using test::ModSampleRecipe;
 
 TEST(LoaderMOD, TheTagTellsTheNumberOfChannels) {
     const struct { const char* tag; int channels; } cases[] = {

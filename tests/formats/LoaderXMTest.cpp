@@ -14,20 +14,20 @@ using test::JoinLines;
 using test::LoadBytes;
 using test::Loaded;
 using test::XmBuilder;
-using test::XmInstrumentSpec;
-using test::XmPatternSpec;
-using test::XmSampleSpec;
+using test::XmInstrumentRecipe;
+using test::XmPatternRecipe;
+using test::XmSampleRecipe;
 
 Loaded LoadXm(const XmBuilder& xm) { return LoadBytes(xm.Build()); }
 
-XmBuilder WithPattern(XmPatternSpec pattern, unsigned channels = 2) {
+XmBuilder WithPattern(XmPatternRecipe pattern, unsigned channels = 2) {
     XmBuilder xm;
     xm.channels = channels;
     xm.patterns = {std::move(pattern)};
     return xm;
 }
 
-XmBuilder WithSamples(std::vector<XmSampleSpec> samples) {
+XmBuilder WithSamples(std::vector<XmSampleRecipe> samples) {
     XmBuilder xm;
     xm.instruments.resize(1);
     xm.instruments[0].samples = std::move(samples);
@@ -157,7 +157,7 @@ TEST(LoaderXM, SamplesAreDecodedAndScaled) {
 
 TEST(LoaderXM, EnvelopesFadeOutAndKeyMapAreTaken) {
     XmBuilder xm = WithSamples({{.wave = {1}}, {.wave = {2}}});
-    XmInstrumentSpec& from = xm.instruments[0];
+    XmInstrumentRecipe& from = xm.instruments[0];
     from.keyMap[95] = 1;
     from.volumePoints = {{0, 64}, {5, 10}, {9, 3}};
     from.volumeType = 1 | 4;
@@ -243,7 +243,7 @@ TEST(LoaderXM, ThePackedSizeFindsTheNextPattern) {
     const std::vector<std::uint8_t> row{0x81, 10, 0x81, 20};
     auto longer = row;
     longer.resize(9, 0xEE);
-    const struct { const char* what; XmPatternSpec pattern; const char* lines; int secondNote; } cases[] = {
+    const struct { const char* what; XmPatternRecipe pattern; const char* lines; int secondNote; } cases[] = {
         {"exact", {1, row}, "", 19},
         {"more bytes than cells", {1, longer}, "", 19},
         {"fewer bytes than cells", {1, {0x81, 10}}, "Pattern 0 holds less than its rows: the others are empty.\n",
@@ -282,7 +282,7 @@ TEST(LoaderXM, WhatTheSongHasNoPlaceForIsDroppedAndTold) {
          }, "The file has 66 channels: the last 2 are dropped.\n"},
         {"patterns", [](XmBuilder& xm) { xm.patterns.insert(xm.patterns.begin(), 300, {1, {0x80, 0x80}}); },
          "The file has 302 patterns: the last 46 are dropped.\n"},
-        {"instruments", [](XmBuilder& xm) { xm.instruments.resize(130, XmInstrumentSpec{.name = "extra"}); },
+        {"instruments", [](XmBuilder& xm) { xm.instruments.resize(130, XmInstrumentRecipe{.name = "extra"}); },
          "The file has 130 instruments: the last 2 are dropped.\n"},
         {"samples", [](XmBuilder& xm) { xm.instruments[1].samples.resize(18, {.name = "extra", .wave = {5, 5}}); },
          "Instrument 2 has 18 samples: the last 2 are dropped.\n"},
@@ -291,7 +291,7 @@ TEST(LoaderXM, WhatTheSongHasNoPlaceForIsDroppedAndTold) {
         SCOPED_TRACE(c.what);
         XmBuilder xm = XmBuilder::Small();
         c.change(xm);
-        xm.instruments.insert(xm.instruments.begin() + 2, XmInstrumentSpec{.name = "after"});
+        xm.instruments.insert(xm.instruments.begin() + 2, XmInstrumentRecipe{.name = "after"});
         if (xm.instruments.size() > 128) xm.instruments.resize(130);
         const auto loaded = LoadXm(xm);
         ASSERT_TRUE(loaded.song) << loaded.report.error;

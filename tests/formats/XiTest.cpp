@@ -11,8 +11,8 @@ namespace {
 
 using namespace test;
 
-XmInstrumentSpec ThreeSamples() {
-    XmInstrumentSpec file;
+XmInstrumentRecipe ThreeSamples() {
+    XmInstrumentRecipe file;
     file.name = "three";
     file.samples = {{.name = "eight", .wave = {1, 1, 254, 3}, .loopStart = 1, .loopLength = 2, .fineTune = 0xF0,
                      .type = 1, .relativeNote = 12},
@@ -73,7 +73,7 @@ TEST(LoaderXI, TheInstrumentOfAFile) {
 }
 
 TEST(LoaderXI, TakesSixteenSamplesAndTellsOfMore) {
-    XmInstrumentSpec file;
+    XmInstrumentRecipe file;
     file.samples.assign(20, {.wave = {1}});
     const LoadedXi loaded(BuildXi(file));
     ASSERT_TRUE(loaded.instrument);

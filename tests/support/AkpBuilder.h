@@ -8,22 +8,22 @@
 
 namespace vonta::test {
 
-struct AkpZoneSpec {
+struct AkpZoneRecipe {
     std::string name = "tone";
     int lowVelocity = 0, highVelocity = 127, fine = 0, semitones = 0, pan = 0, playback = 0;
     unsigned keyTracking = 1;
 };
 
-struct AkpKeygroupSpec {
+struct AkpKeygroupRecipe {
     int lowKey = 0, highKey = 127, semitones = 0, fine = 0;
     int attack = 0, decay = 0, release = 0;
-    std::vector<AkpZoneSpec> zones = {{}};
+    std::vector<AkpZoneRecipe> zones = {{}};
     bool zonesFirst = false;                             // before the keys are known
     int secondAttack = -1;                               // of another "env " chunk
 };
 
 struct AkpBuilder {
-    std::vector<AkpKeygroupSpec> keygroups = {{}};
+    std::vector<AkpKeygroupRecipe> keygroups = {{}};
 
     std::vector<std::uint8_t> Build() const {
         ByteBuilder out;
@@ -43,7 +43,7 @@ private:
     static ByteBuilder Envelope(int attack, int decay, int release) {
         return ByteBuilder().Zeros(1).U8(Byte(attack)).Zeros(1).U8(Byte(decay)).U8(Byte(release)).Zeros(13);
     }
-    static ByteBuilder Keygroup(const AkpKeygroupSpec& group) {
+    static ByteBuilder Keygroup(const AkpKeygroupRecipe& group) {
         ByteBuilder zones, out;
         for (const auto& zone : group.zones) zones.Bytes(Part("zone", Zone(zone)));
         if (group.zonesFirst) out.Bytes(zones.bytes);
@@ -54,7 +54,7 @@ private:
         if (!group.zonesFirst) out.Bytes(zones.bytes);
         return out;
     }
-    static ByteBuilder Zone(const AkpZoneSpec& zone) {
+    static ByteBuilder Zone(const AkpZoneRecipe& zone) {
         return ByteBuilder().Zeros(2).FixedText(zone.name, 20).Zeros(12).U8(Byte(zone.lowVelocity))
             .U8(Byte(zone.highVelocity)).U8(Byte(zone.fine)).U8(Byte(zone.semitones)).Zeros(1).U8(Byte(zone.pan))
             .U8(Byte(zone.playback)).Zeros(2).U8(zone.keyTracking).Zeros(2);

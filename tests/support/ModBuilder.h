@@ -9,7 +9,7 @@
 
 namespace vonta::test {
 
-struct ModSampleSpec {
+struct ModSampleRecipe {
     std::string name = {};
     std::vector<std::uint8_t> wave = {};
     unsigned words = 0;                              // told in the record, whatever the wave is
@@ -19,7 +19,7 @@ struct ModSampleSpec {
 
 struct ModBuilder {
     std::string title = "title", tag = "M.K.";
-    std::vector<ModSampleSpec> samples;              // the others are empty
+    std::vector<ModSampleRecipe> samples;              // the others are empty
     unsigned length = 1, restart = 127;
     std::vector<std::uint8_t> orders = {0};
     std::vector<std::vector<std::uint8_t>> patterns = {{}};   // cells; what is missing is zeros
@@ -39,7 +39,7 @@ struct ModBuilder {
     std::vector<std::uint8_t> Build() const {
         ByteBuilder out;
         out.FixedText(title, 20);
-        for (std::size_t i = 0; i < 31; ++i) AddRecord(out, i < samples.size() ? samples[i] : ModSampleSpec{});
+        for (std::size_t i = 0; i < 31; ++i) AddRecord(out, i < samples.size() ? samples[i] : ModSampleRecipe{});
         out.U8(length).U8(restart).Bytes(orders).Zeros(128 - orders.size()).FixedText(tag, 4);
         for (const auto& cells : patterns)
             out.Bytes(cells).Zeros(static_cast<std::size_t>(64 * channels * 4) - cells.size());
@@ -49,7 +49,7 @@ struct ModBuilder {
 
 private:
     static void AddWord(ByteBuilder& out, unsigned value) { out.U8(value >> 8).U8(value & 0xFF); }
-    static void AddRecord(ByteBuilder& out, const ModSampleSpec& sample) {
+    static void AddRecord(ByteBuilder& out, const ModSampleRecipe& sample) {
         out.FixedText(sample.name, 22);
         AddWord(out, sample.words);
         out.U8(sample.fineTune).U8(sample.volume);

@@ -9,7 +9,7 @@
 
 namespace vonta::test {
 
-struct Sf2SampleSpec {
+struct Sf2SampleRecipe {
     std::string name = "sample";
     std::vector<int> wave = {};
     unsigned loopStart = 0, loopEnd = 0;                 // frames of the sample
@@ -24,7 +24,7 @@ constexpr int Sf2Range(int low, int high) { return low | high << 8; }
 
 struct Sf2Builder {
     std::string name = "bank";
-    std::vector<Sf2SampleSpec> samples;
+    std::vector<Sf2SampleRecipe> samples;
     std::vector<std::vector<Sf2Generators>> instruments; // zones of each
     std::vector<Sf2Generators> presetZones;
     unsigned gap = 4;                                    // frames of silence between samples

@@ -13,7 +13,7 @@ inline XmBuilder SmallXm() {
     xm.title = "A small song";
     // Four rows of one channel and of another: C-4 of instrument 1 at first, then nothing.
     xm.patterns = {{4, {0x83, 49, 1, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80, 0x80}, 9, 0, {}}};
-    XmInstrumentSpec instrument;
+    XmInstrumentRecipe instrument;
     instrument.name = "Square";
     instrument.samples = {{.name = "Up and down", .wave = {64, 0, 128, 0}, .loopStart = 0, .loopLength = 4, .type = 1}};
     xm.instruments = {instrument};

@@ -5,7 +5,7 @@
 
 namespace vonta::test {
 
-inline std::vector<std::uint8_t> BuildXi(const XmInstrumentSpec& instrument) {
+inline std::vector<std::uint8_t> BuildXi(const XmInstrumentRecipe& instrument) {
     ByteBuilder out;
     out.Text("Extended Instrument:").U8(7).FixedText(instrument.name, 22).U8(0x1A).FixedText("a test", 20).U16(0x0102);
     XmBuilder::AddBody(out, instrument);

@@ -9,7 +9,7 @@
 
 namespace vonta::test {
 
-struct XmSampleSpec {
+struct XmSampleRecipe {
     std::string name = "sample";
     std::vector<std::uint8_t> wave = {};                  // in the delta code of the format
     unsigned loopStart = 0, loopLength = 0;          // bytes
@@ -17,9 +17,9 @@ struct XmSampleSpec {
     std::optional<unsigned> length = std::nullopt;                  // told instead of the wave's
 };
 
-struct XmInstrumentSpec {
+struct XmInstrumentRecipe {
     std::string name = "instrument";
-    std::vector<XmSampleSpec> samples = {};
+    std::vector<XmSampleRecipe> samples = {};
     std::vector<std::uint8_t> keyMap = std::vector<std::uint8_t>(96);
     std::vector<std::pair<unsigned, unsigned>> volumePoints = {{0, 64}, {10, 32}}, panPoints = {{0, 32}};
     unsigned volumeType = 0, panType = 0;            // bit 0 on, bit 1 sustain, bit 2 loop
@@ -31,7 +31,7 @@ struct XmInstrumentSpec {
     std::optional<unsigned> size = std::nullopt, numSamples = std::nullopt;        // told instead of the true ones
 };
 
-struct XmPatternSpec {
+struct XmPatternRecipe {
     unsigned rows = 64;
     std::vector<std::uint8_t> cells = {};
     unsigned headerSize = 9, packing = 0;
@@ -43,19 +43,19 @@ struct XmBuilder {
     unsigned headerSize = 276, length = 1, restart = 0, channels = 2, tempo = 6, bpm = 125;
     std::optional<unsigned> numPatterns, numInstruments;
     std::vector<std::uint8_t> order = std::vector<std::uint8_t>(256);
-    std::vector<XmPatternSpec> patterns;
-    std::vector<XmInstrumentSpec> instruments;
+    std::vector<XmPatternRecipe> patterns;
+    std::vector<XmInstrumentRecipe> instruments;
 
     // A small file in which every kind of record occurs.
     static XmBuilder Small() {
         XmBuilder xm;
         xm.patterns = {{4, {49, 1, 0x50, 0, 0, 0x81, 50, 0x80, 0x9E, 1, 0x10, 1, 2, 0x80, 0x80, 0x80, 0x81, 97}},
                        {2, {}}};
-        XmInstrumentSpec instrument;
+        XmInstrumentRecipe instrument;
         instrument.samples = {{.name = "eight", .wave = {1, 1, 254, 3}, .loopStart = 1, .loopLength = 2, .type = 1},
                               {.name = "sixteen", .wave = {0, 1, 0, 1, 255, 255}, .type = 16}};
         instrument.volumeType = 7;
-        XmInstrumentSpec silent;
+        XmInstrumentRecipe silent;
         silent.name = "silent";
         silent.reserved = 4;
         xm.instruments = {silent, instrument};
@@ -75,7 +75,7 @@ struct XmBuilder {
     }
 
     // What an instrument has in common with a file of its own.
-    static void AddBody(ByteBuilder& out, const XmInstrumentSpec& it) {
+    static void AddBody(ByteBuilder& out, const XmInstrumentRecipe& it) {
         out.Bytes(it.keyMap);
         AddPoints(out, it.volumePoints);
         AddPoints(out, it.panPoints);
@@ -84,7 +84,7 @@ struct XmBuilder {
         out.U8(it.panSustain).U8(it.panLoopStart).U8(it.panLoopEnd);
         out.U8(it.volumeType).U8(it.panType).Zeros(4).U16(it.fadeOut);
     }
-    static void AddSamples(ByteBuilder& out, const XmInstrumentSpec& it) {
+    static void AddSamples(ByteBuilder& out, const XmInstrumentRecipe& it) {
         for (const auto& sample : it.samples) {
             out.U32(sample.length.value_or(static_cast<unsigned>(sample.wave.size())));
             out.U32(sample.loopStart).U32(sample.loopLength).U8(sample.volume).U8(sample.fineTune);
@@ -95,7 +95,7 @@ struct XmBuilder {
     }
 
 private:
-    static void AddPattern(ByteBuilder& out, const XmPatternSpec& pattern) {
+    static void AddPattern(ByteBuilder& out, const XmPatternRecipe& pattern) {
         out.U32(pattern.headerSize).U8(pattern.packing).U16(pattern.rows);
         out.U16(pattern.packedSize.value_or(static_cast<unsigned>(pattern.cells.size())));
         if (pattern.headerSize > 9 && pattern.headerSize < 100) out.Zeros(pattern.headerSize - 9);
@@ -105,7 +105,7 @@ private:
         for (const auto& [x, y] : points) out.U16(x).U16(y);
         out.Zeros(48 - 4 * points.size());
     }
-    static void AddInstrument(ByteBuilder& out, const XmInstrumentSpec& it) {
+    static void AddInstrument(ByteBuilder& out, const XmInstrumentRecipe& it) {
         const bool has = !it.samples.empty() || it.numSamples.value_or(0) != 0;
         out.U32(it.size.value_or((has ? 241 : 29) + it.reserved)).FixedText(it.name, 22).U8(0);
         out.U16(it.numSamples.value_or(static_cast<unsigned>(it.samples.size())));
