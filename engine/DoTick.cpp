@@ -86,7 +86,8 @@ bool SndPlayer::GoToNextPosition() {
     const auto length = static_cast<std::int32_t>(song_->GetPatternPosLenght());
     const bool wraps = position_ + 1 >= length;
     if (wraps) TellSongEnd();
-    EnterPosition(wraps ? static_cast<std::int32_t>(song_->GetPatternPosRestart()) : position_ + 1);
+    const std::uint32_t restart = std::min<std::uint32_t>(song_->GetPatternPosRestart(), kMaxPositions - 1);
+    EnterPosition(wraps ? static_cast<std::int32_t>(restart) : position_ + 1);
     return wraps;
 }
 

@@ -19,7 +19,8 @@ bool SndPlayer::GetSyncPosition(std::uint32_t& tick, double& fraction, std::uint
     tick = static_cast<std::uint32_t>(bounded);
     fraction = bounded - tick;
     row = song_->GetTempo() ? tick / song_->GetTempo() : 0;
-    return mixer_->device->ReleaseSyncTime() != 0;
+    const bool usable = mixer_->device->ReleaseSyncTime() != 0;
+    return usable && position <= double{kLongestSeek};   // beyond, and for what is no number, the player runs free
 }
 
 void SndPlayer::FollowHost() {

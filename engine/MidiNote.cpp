@@ -11,7 +11,7 @@ constexpr int kMidiMax = 127;
 constexpr int kSynthOutputs = 128;                // output numbers from here on are plug-ins
 
 // A data byte of a message; a file's numbers may be anything.
-constexpr int Data(int value) { return value & kMidiMax; }
+constexpr int Data(int value) { return std::min(value, kMidiMax); }
 
 // Sends `value` through `send` unless it was the last one.
 template <class Send>
@@ -26,13 +26,14 @@ void SendChanged(std::uint16_t& last, std::uint16_t value, Send send) {
 void SndPlayer::SendMidiNote(int track, int instrumentNumber, int note, int volume, std::uint32_t time) {
     const Instrument& instrument = *song_->GetInstrument(instrumentNumber);
     const MidiSettings& midi = instrument.midi;
+    if (instrument.useSynth && midi.synth > kMidiMax) return;   // there is no such plug-in
     std::int64_t pitch = std::int64_t{note} + midi.transpose;
     int velocity = std::min(volume, kMidiMax);
     if (const Sample* sample = instrument.GetSample(instrument.GetKeySample(note, 0, kMidiMax))) {
         pitch += std::int64_t{sample->toneRel} + instrument.transpose;
         if (volume > kMaxVolume) velocity = std::min<int>(sample->volume, kMidiMax);
     }
-    const int outputNumber = instrument.useSynth ? kSynthOutputs + Data(midi.synth) : midi.device;
+    const int outputNumber = instrument.useSynth ? kSynthOutputs + midi.synth : midi.device;
 
     Channel& channel = GetChannel(track);
     SendMidiNoteOff(channel, time);
@@ -58,7 +59,7 @@ void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrumen
     MidiSent& sent = midiSent_[static_cast<std::size_t>(outputNumber)][static_cast<std::size_t>(channel)];
     if (midi.sendBank)
         SendChanged(sent.bank, midi.bank, [&] {
-            output.ControlChange(channel, kBankLow, Data(midi.bank), time);
+            output.ControlChange(channel, kBankLow, Data(midi.bank & 0xFF), time);
             output.ControlChange(channel, kBankHigh, Data(midi.bank >> 8), time);
         });
     SendChanged(sent.program, midi.program, [&] { output.ProgramChange(channel, Data(midi.program), time); });
@@ -67,6 +68,14 @@ void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrumen
     if (midi.sendPan)
         SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, Data(midi.pan), time); });
 }
+
+// A new receiver has heard nothing of what the former one was sent.
+void SndPlayer::ForgetMidiSent(int firstOutput) {
+    for (std::size_t output = static_cast<std::size_t>(firstOutput); output < midiSent_.size(); ++output)
+        midiSent_[output].fill({});
+}
+
+void SndPlayer::ForgetSynthsSent() { ForgetMidiSent(kSynthOutputs); }
 
 void SndPlayer::SendMidiNoteOff(Channel& channel, std::uint32_t time) {
     if (!channel.midi.midiActive) return;

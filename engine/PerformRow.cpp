@@ -10,7 +10,8 @@ namespace {
 
 // What a note sounds with when only its instrument is repeated and a filter envelope is on.
 constexpr float kRestartCutoff = 1000.0f, kRestartResonance = 0.8f;
-constexpr int kFullVelocity = 127;
+constexpr int kFullVelocity = 127, kMidiMax = 127;
+constexpr double kLongestDelay = 1 << 30;         // frames
 
 }  // namespace
 
@@ -37,7 +38,7 @@ bool SndPlayer::PerformRow(bool silent) {
         const int param = delays[static_cast<std::size_t>(channel)];
         if (param < 0) continue;
         const double row = song_->GetTempo() * static_cast<double>(Load(mixer_->samplesPerTick));
-        GetChannel(channel).SetDelay(static_cast<std::uint32_t>(row * param / 255.0));
+        GetChannel(channel).SetDelay(static_cast<std::uint32_t>(std::min(row * param / 255.0, kLongestDelay)));
     }
     return songEnd;
 }
@@ -98,7 +99,8 @@ bool SndPlayer::SendMidiController(const RowCell& row) {
     const std::uint8_t controller = midi.controllers[row.effect];
     if (controller == 255) return false;
     if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, midi.midiDevice))
-        output->ControlChange(midi.midiChannel, controller & 127, row.cell.param & 127, row.time);
+        output->ControlChange(midi.midiChannel, std::min<int>(controller, kMidiMax),
+                              std::min<int>(row.cell.param, kMidiMax), row.time);
     return true;
 }
 

@@ -38,6 +38,7 @@ void StartVoice(Voice& voice, const Sample& sample, const Instrument& instrument
                 std::uint32_t sampleRate) {
     SetWave(voice, sample, offset);
     voice.delay = voice.fadeCount = voice.frac = 0;
+    voice.gainLeft = voice.gainRight = 0;         // a note may be ended in the tick that starts it
     voice.backward = 0;
     voice.rampCount = kRampFrames;
     voice.note = note;

@@ -57,21 +57,24 @@ SndPlayer::~SndPlayer() { Shutdown(); }
 
 int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, CrashHandler* crashHandler,
                           std::uint32_t sampleRate, std::unique_ptr<DrvSound> hostDevice) {
-    SetMixerOn(false);                            // a device that is opened anew
-    crashHandler_ = crashHandler;
-    mixer_->sampleRate = std::max(sampleRate, kMinSampleRate);
-    DebugOutput("SampleRate = %i\n", static_cast<int>(mixer_->sampleRate));
+    sampleRate = std::max(sampleRate, kMinSampleRate);
+    DebugOutput("SampleRate = %i\n", static_cast<int>(sampleRate));
     if (deviceKind < 0 || deviceKind > kLastDevice) return 1;
 
+    SetMixerOn(false);                            // a device that is opened anew
     CloseDevice();
+    crashHandler_ = crashHandler;
+    mixer_->sampleRate = sampleRate;
     const auto kind = static_cast<DeviceKind>(deviceKind);
     mixer_->device = hostDevice ? std::move(hostDevice) : factory_ ? factory_(kind) : nullptr;
     if (!OpenDevice(windowHandle, kind, deviceIndex)) {
         CloseDevice();
+        UpdateTickLength();
         return 1;
     }
     UpdateTickLength();
     TempoChanged();
+    ForgetMidiSent(0);
     DebugOutput("\t- Starting MIDI OUT\n");
     if (openMidi_) openMidi_(mixer_->midiOut, mixer_->midiIn);
     if (DrvMIDIIN* hostInput = mixer_->device->GetSyncMidiIn()) {
@@ -117,6 +120,7 @@ void SndPlayer::SetSong(std::unique_ptr<Song> song) {
     if (song_) StopNotes();                       // voices and MIDI notes belong to the former song
     for (int slot = 0; slot < kEffectSlots; ++slot) mixer_->SetEffect(slot, nullptr);
     song_ = std::move(song);
+    ForgetSynthsSent();
     song_->fxSlotTable = &mixer_->effects;
     bpm_ = BoundedBpm(static_cast<float>(song_->GetBPM()));
     UpdateTickLength();

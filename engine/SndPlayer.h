@@ -237,6 +237,8 @@ private:
     void SendMidiNote(int channel, int instrument, int note, int volume, std::uint32_t time);
     void SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrument, int outputNumber, std::uint32_t time);
     void SendMidiNoteOff(Channel& channel, std::uint32_t time);
+    void ForgetMidiSent(int firstOutput);
+    void ForgetSynthsSent();
 
     // Set at start-up.
     DeviceFactory factory_;

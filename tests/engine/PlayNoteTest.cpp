@@ -196,8 +196,10 @@ TEST(JamQueue, StartsNotesInTheTickGridAndHoldsThirtyTwo) {
     rig.player.QueueKeyOff(7);
     rig.Ticks(1);
     EXPECT_FALSE(rig.Track(7).active);
-    for (int i = 0; i < 32; ++i) rig.player.QueueNoteOn(60, 0, 9, 100);
+    for (int i = 0; i < 32; ++i) rig.player.QueueNoteOn(60, 0, 9, 100);   // each ends the one before in its first tick
     EXPECT_EQ(rig.player.QueueNoteOn(60, 0, 9, 100), 0);
+    rig.Ticks(1);
+    for (const float value : rig.Frames(400)) EXPECT_LT(std::abs(value), 16384.0f);
 }
 
 TEST(CutoffLfo, StepsOnceForEachNote) {
