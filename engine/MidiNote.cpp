@@ -7,11 +7,7 @@ namespace vonta {
 namespace {
 
 enum Controller { kBankHigh = 0, kVolume = 7, kPan = 8, kBankLow = 32 };
-constexpr int kMidiMax = 127;
 constexpr int kSynthOutputs = 128;                // output numbers from here on are plug-ins
-
-// A data byte of a message; a file's numbers may be anything.
-constexpr int Data(int value) { return std::min(value, kMidiMax); }
 
 // Sends `value` through `send` unless it was the last one.
 template <class Send>
@@ -59,14 +55,14 @@ void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrumen
     MidiSent& sent = midiSent_[static_cast<std::size_t>(outputNumber)][static_cast<std::size_t>(channel)];
     if (midi.sendBank)
         SendChanged(sent.bank, midi.bank, [&] {
-            output.ControlChange(channel, kBankLow, Data(midi.bank & 0xFF), time);
-            output.ControlChange(channel, kBankHigh, Data(midi.bank >> 8), time);
+            output.ControlChange(channel, kBankLow, MidiData(midi.bank & 0xFF), time);
+            output.ControlChange(channel, kBankHigh, MidiData(midi.bank >> 8), time);
         });
-    SendChanged(sent.program, midi.program, [&] { output.ProgramChange(channel, Data(midi.program), time); });
+    SendChanged(sent.program, midi.program, [&] { output.ProgramChange(channel, MidiData(midi.program), time); });
     if (midi.sendVolume)
-        SendChanged(sent.volume, midi.volume, [&] { output.ControlChange(channel, kVolume, Data(midi.volume), time); });
+        SendChanged(sent.volume, midi.volume, [&] { output.ControlChange(channel, kVolume, MidiData(midi.volume), time); });
     if (midi.sendPan)
-        SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, Data(midi.pan), time); });
+        SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, MidiData(midi.pan), time); });
 }
 
 // A new receiver has heard nothing of what the former one was sent.

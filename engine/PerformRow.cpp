@@ -10,7 +10,6 @@ namespace {
 
 // What a note sounds with when only its instrument is repeated and a filter envelope is on.
 constexpr float kRestartCutoff = 1000.0f, kRestartResonance = 0.8f;
-constexpr int kFullVelocity = 127, kMidiMax = 127;
 constexpr double kLongestDelay = 1 << 30;         // frames
 
 }  // namespace
@@ -99,8 +98,7 @@ bool SndPlayer::SendMidiController(const RowCell& row) {
     const std::uint8_t controller = midi.controllers[row.effect];
     if (controller == 255) return false;
     if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, midi.midiDevice))
-        output->ControlChange(midi.midiChannel, std::min<int>(controller, kMidiMax),
-                              std::min<int>(row.cell.param, kMidiMax), row.time);
+        output->ControlChange(midi.midiChannel, MidiData(controller), MidiData(row.cell.param), row.time);
     return true;
 }
 

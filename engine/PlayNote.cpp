@@ -107,12 +107,12 @@ void SndPlayer::PlayNote(int instrumentNumber, int note, int offset, int volume,
     if (instrument->midi.enabled) SendMidiNote(track, instrumentNumber, note, volume, time);
 
     const int key = static_cast<int>(std::clamp<std::int64_t>(std::int64_t{note} + instrument->transpose, -1, kKeys));
-    const int velocity = std::min(volume, 127);
+    const int velocity = std::min(volume, kFullVelocity);
     const Sample* sample = instrument->GetSample(instrument->GetKeySample(key, 0, velocity));
     if (sample && !sample->Wave()) sample = nullptr;
     if (!sample && instrument->kind != 1) return;
 
-    const int effective = !sample ? 127 : volume <= kMaxVolume ? volume : sample->volume;
+    const int effective = !sample ? kFullVelocity : volume <= kMaxVolume ? volume : sample->volume;
     const int notePan = (pan & 0xFF00) ? pan & 0xFF : sample ? sample->panning : kOwnPan;
     const float cutoff = StepCutoffLfo(*instrument);
 

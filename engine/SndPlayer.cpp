@@ -82,7 +82,6 @@ int SndPlayer::StartSound(void* windowHandle, int deviceKind, int deviceIndex, C
         hostInput_ = true;
     }
     SetSong(nullptr);
-    started_ = true;
     return 0;
 }
 
@@ -106,7 +105,6 @@ void SndPlayer::Shutdown() {
     PerformStop(0, 1);
     for (int slot = 0; slot < kEffectSlots; ++slot) mixer_->SetEffect(slot, nullptr);
     CloseDevice();
-    started_ = false;
 }
 
 void SndPlayer::CloseDevice() {

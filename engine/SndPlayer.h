@@ -246,7 +246,6 @@ private:
     CrashHandler* crashHandler_ = nullptr;
     Relaxed<SongEndListener*> songEndListener_{nullptr};
     std::uint8_t outputClass_ = 3;
-    bool started_ = false;
     bool hostInput_ = false;                       // midiIn[0] is the device's own
     std::atomic<bool> faulted_{false};             // the block cycle was cut short: inCallback stays set
     Cycle cycle_{*this};

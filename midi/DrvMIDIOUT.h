@@ -7,6 +7,10 @@
 
 namespace vonta {
 
+// A data byte of a message; a song's numbers may be any, and one above 127 would be taken for a status.
+constexpr int kMidiMax = 127;
+constexpr int MidiData(int value) { return value < 0 ? 0 : value > kMidiMax ? kMidiMax : value; }
+
 class DrvMIDIOUT {
 public:
     virtual ~DrvMIDIOUT() = default;

@@ -13,8 +13,7 @@ constexpr std::uint32_t kFree = 0xFFFFFFFF;        // the time of an entry that 
 
 enum Status { kNoteOff = 0x80, kNoteOn = 0x90, kControlChange = 0xB0, kProgramChange = 0xC0 };
 
-// Numbers of a song may be any byte; a data byte above 127 would be taken for a status.
-std::uint32_t DataByte(int value) { return static_cast<std::uint32_t>(std::clamp(value, 0, 127)); }
+std::uint32_t DataByte(int value) { return static_cast<std::uint32_t>(MidiData(value)); }
 
 }  // namespace
 

@@ -22,6 +22,7 @@ namespace vonta {
 constexpr int kKeys = 128;
 constexpr int kFixedKeyNote = 60;        // what a fixed key plays
 constexpr int kMaxLayers = 4;
+constexpr int kFullVelocity = 127;
 constexpr int kMaxSamples = 256;
 constexpr int kUsedSamples = 16;         // files and the self-check know the first sixteen
 constexpr int kEnvelopeAlternatives = 8;
@@ -33,7 +34,7 @@ enum class EnvelopeKind { Volume, Pan, Cutoff, Resonance };
 
 // A velocity range of one key. The zones of a key stand sorted by velocityLow; the next zone is the next element.
 struct KeyZone {
-    std::int32_t velocityLow = 0, velocityHigh = 127;      // inclusive
+    std::int32_t velocityLow = 0, velocityHigh = kFullVelocity;      // inclusive
     std::array<std::uint8_t, kMaxLayers> samples{};        // layers that sound together
     std::uint8_t numSamples = 0;
     bool operator==(const KeyZone&) const = default;
