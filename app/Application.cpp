@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "app/Messages.h"
-#include "app/StartDirectory.h"
+#include "app/config/StartDirectory.h"
 #include "audio/CreateDevice.h"
 #include "formats/Loaders.h"
 #include "midi/OpenMidi.h"

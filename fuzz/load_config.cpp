@@ -5,9 +5,9 @@
 #include <span>
 #include <string>
 
-#include "app/ConfigSettings.h"
-#include "app/ConfigText.h"
-#include "app/Environment.h"
+#include "app/config/ConfigSettings.h"
+#include "app/config/ConfigText.h"
+#include "app/config/Environment.h"
 #include "formats/FileStream.h"
 
 namespace vonta {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "app/Config.h"
-#include "app/ConfigText.h"
-#include "app/Environment.h"
+#include "app/config/Config.h"
+#include "app/config/ConfigText.h"
+#include "app/config/Environment.h"
 #include "formats/Chunks.h"
 #include "formats/Loaders.h"
 #include "formats/SaverVTI.h"

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <optional>
 
-#include "app/StartDirectory.h"
+#include "app/config/StartDirectory.h"
 #include "formats/Loaders.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"

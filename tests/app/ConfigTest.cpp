@@ -1,4 +1,4 @@
-#include "app/Config.h"
+#include "app/config/Config.h"
 
 #include <gtest/gtest.h>
 
@@ -6,10 +6,10 @@
 #include <random>
 #include <string>
 
-#include "app/ConfigInstall.h"
-#include "app/ConfigSettings.h"
-#include "app/ConfigText.h"
-#include "app/Environment.h"
+#include "app/config/ConfigInstall.h"
+#include "app/config/ConfigSettings.h"
+#include "app/config/ConfigText.h"
+#include "app/config/Environment.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {

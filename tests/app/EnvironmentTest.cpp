@@ -1,4 +1,4 @@
-#include "app/Environment.h"
+#include "app/config/Environment.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
-#include "app/ConfigFile.h"
-#include "app/KeyTable.h"
+#include "app/config/ConfigFile.h"
+#include "app/config/KeyTable.h"
 #include "formats/Record.h"
 
 namespace vonta {

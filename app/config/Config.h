@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <string>
 
-#include "app/KeyTable.h"
+#include "app/config/KeyTable.h"
 
 namespace vonta {
 

@@ -1,4 +1,4 @@
-#include "app/ConfigFile.h"
+#include "app/config/ConfigFile.h"
 
 #include "platform/Debug.h"
 

@@ -1,6 +1,6 @@
-#include "app/Config.h"
+#include "app/config/Config.h"
 
-#include "app/ConfigText.h"
+#include "app/config/ConfigText.h"
 
 namespace vonta {
 

@@ -1,4 +1,4 @@
-#include "app/ConfigLine.h"
+#include "app/config/ConfigLine.h"
 
 #include <algorithm>
 #include <charconv>

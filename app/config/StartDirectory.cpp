@@ -1,4 +1,4 @@
-#include "app/StartDirectory.h"
+#include "app/config/StartDirectory.h"
 
 #include <pwd.h>
 #include <unistd.h>

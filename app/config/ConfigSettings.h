@@ -6,7 +6,7 @@
 #include <array>
 #include <cstdint>
 
-#include "app/Config.h"
+#include "app/config/Config.h"
 #include "engine/MixLoop.h"
 #include "engine/SndPlayer.h"
 

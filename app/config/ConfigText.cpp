@@ -1,13 +1,13 @@
-#include "app/ConfigText.h"
+#include "app/config/ConfigText.h"
 
 #include <algorithm>
 #include <charconv>
 #include <span>
 #include <variant>
 
-#include "app/Config.h"
-#include "app/ConfigFile.h"
-#include "app/ConfigLine.h"
+#include "app/config/Config.h"
+#include "app/config/ConfigFile.h"
+#include "app/config/ConfigLine.h"
 #include "platform/Debug.h"
 
 namespace vonta {

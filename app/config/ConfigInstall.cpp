@@ -1,11 +1,11 @@
-#include "app/ConfigInstall.h"
+#include "app/config/ConfigInstall.h"
 
 #include <filesystem>
 
-#include "app/Config.h"
-#include "app/ConfigFile.h"
-#include "app/ConfigText.h"
-#include "app/Environment.h"
+#include "app/config/Config.h"
+#include "app/config/ConfigFile.h"
+#include "app/config/ConfigText.h"
+#include "app/config/Environment.h"
 
 namespace vonta {
 namespace {

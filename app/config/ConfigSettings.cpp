@@ -1,4 +1,4 @@
-#include "app/ConfigSettings.h"
+#include "app/config/ConfigSettings.h"
 
 #include <cstddef>
 

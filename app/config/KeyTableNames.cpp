@@ -1,6 +1,6 @@
 #include <array>
 
-#include "app/KeyTable.h"
+#include "app/config/KeyTable.h"
 
 namespace vonta {
 namespace {

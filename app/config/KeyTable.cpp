@@ -1,4 +1,4 @@
-#include "app/KeyTable.h"
+#include "app/config/KeyTable.h"
 
 #include <iterator>
 

@@ -1,6 +1,6 @@
-#include "app/Environment.h"
+#include "app/config/Environment.h"
 
-#include "app/ConfigFile.h"
+#include "app/config/ConfigFile.h"
 #include "engine/Effects.h"
 #include "formats/Record.h"
 
