@@ -1,0 +1,51 @@
+// A pack file: named stretches of one file. Vonta.dat and the skins are packs.
+//
+// Little-endian: 4 bytes count; then for each entry 30 bytes of name (padded with zeros, none if it fills them),
+// 4 bytes offset from the start of the file, 4 bytes size; then the data. Names have a backslash as separator.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vonta {
+
+class PackFile {
+public:
+    static constexpr std::size_t kNameLength = 30;
+
+    // A file that cannot be opened or holds no sound directory leaves the object empty: IsOpen tells.
+    explicit PackFile(const std::string& path);
+
+    bool IsOpen() const { return file_ != nullptr; }
+    void Close();
+    bool Find(std::string_view name);            // makes the entry current, at its start; false: nothing changes
+    bool Read(void* buffer, std::size_t size);   // false past the entry's end: nothing is read, the position advances
+    std::uint32_t Remaining() const;             // bytes of the current entry
+    std::size_t Count() const { return entries_.size(); }
+    std::string_view EntryName(std::size_t index) const;
+
+private:
+    struct Entry {
+        std::string name;
+        std::uint32_t offset = 0, end = 0;
+    };
+    struct CloseFile { void operator()(std::FILE* file) const { std::fclose(file); } };
+
+    std::unique_ptr<std::FILE, CloseFile> file_;
+    std::vector<Entry> entries_;
+    std::uint64_t position_ = 0, end_ = 0, start_ = 0;   // in the current entry; absolute
+};
+
+// Writes a pack: beside the target, then renamed. False, with the reason, if it cannot be written or a name is too long.
+struct PackEntry {
+    std::string name;
+    std::vector<std::uint8_t> data;
+};
+bool WritePack(const std::string& path, const std::vector<PackEntry>& entries, std::string& error);
+
+}  // namespace vonta

@@ -1,0 +1,80 @@
+// The base of the 24 screens: a layout table and a few paint functions. A screen draws what it is given and declares
+// controls whose callbacks call operations; it keeps no copy of the song.
+#pragma once
+
+#include <memory>
+
+#include "interface/MouseRegions.h"
+
+namespace vonta {
+
+class Skin;
+class SndPlayer;
+class TrackerInterface;
+class TrackerState;
+class Video;
+struct Config;
+struct Fonts;
+struct Song;
+
+// In slot order.
+enum ScreenSlot : int {
+    kScreenPattern, kScreenLeftOptions, kScreenRightOptions, kScreenDiskOp, kScreenScopes, kScreenInstrumentEditor,
+    kScreenMain, kScreenSampleEditor, kScreenChannels, kScreenAbout, kScreenConfig, kScreenInstrumentExtended,
+    kScreenMultiFx, kScreenInstrumentFilter, kScreenCpuScan, kScreenGame, kScreenHelp, kScreenMixer,
+    kScreenAdvancedEdit, kScreenSongInfo, kScreenVisual, kScreenTrackEditor, kScreenQuestion, kScreenSynth,
+};
+constexpr int kScreens = 24;
+
+class Screen {
+public:
+    Screen(TrackerInterface& ui, int group) : ui_(ui), group_(group) {}
+    virtual ~Screen() = default;
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    virtual void PaintBackground() {}
+    virtual void PaintPixels() {}               // the back surface is locked; regions are recorded
+    virtual void PaintControls() {}             // twice a frame: see MouseRegions
+    virtual void Init() {}                      // once, before the first frame
+    virtual bool OnWheel(int notches) { (void)notches; return false; }   // up is positive; true if taken
+
+    int Group() const { return group_; }        // 1 to 7
+    bool IsVisible() const { return visible_; }
+    void SetVisible(bool on) { visible_ = on; }
+
+protected:
+    TrackerInterface& Ui() const { return ui_; }
+    // Shortcuts to what every screen works with; defined in Screen.cpp.
+    TrackerState& State() const;
+    SndPlayer& Player() const;
+    Song& CurrentSong() const;
+    Config& Settings() const;
+    Video& Surfaces() const;
+    Skin& Pictures() const;
+    Fonts& Text() const;
+    MouseRegions& Regions() const;
+
+    // Blits the layout's bitmap at its place and remembers the pressed look for the controls.
+    void PaintLayout(const ScreenLayout& layout);
+    const PressedLook& Look() const { return look_; }
+    bool HasPainted() const { return look_.surface != ControlRecord::kNoSurface; }   // before: no controls
+
+private:
+    TrackerInterface& ui_;
+    int group_;
+    bool visible_ = false;
+    PressedLook look_;
+};
+
+// One row a control of a screen: which item of the layout, what a press does, and when it is drawn latched.
+template <class S>
+struct ControlRow {
+    int id;
+    void (S::*onClick)(ControlRecord& record);
+    std::int32_t param = 0;
+    std::uint32_t events = kOnRelease;
+    bool (S::*latched)(std::int32_t param) const = nullptr;
+};
+
+}  // namespace vonta

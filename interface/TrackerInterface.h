@@ -1,0 +1,146 @@
+// The tracker's face: 24 screens, the keys' dispatch, the modal question, text editing and the painting of a frame.
+//
+// Every frame all visible screens are painted anew and declare their controls while they paint; nothing is retained.
+// Interface thread only.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "app/config/KeyTable.h"
+#include "interface/Font.h"
+#include "interface/Input.h"
+#include "interface/InterfaceHost.h"
+#include "interface/MouseRegions.h"
+#include "interface/Screen.h"
+#include "interface/Skin.h"
+#include "interface/TrackerState.h"
+#include "interface/Video.h"
+
+namespace vonta {
+
+class DiskOpScreen;
+
+// Its size fits a screen's pixel: the modes of the question.
+enum class DialogMode : int { YesNo = 1, Zap = 2, Save = 3 };
+
+class TrackerInterface {
+public:
+    static constexpr int kMaxTextLength = 24;    // characters of an edited text
+    static constexpr int kFirstQueuedVoice = 256;   // m_noteVoice: no voice
+
+    TrackerInterface(InterfaceHost& host, TrackerState& state, Video& video, Input& input, ResourcePacks& packs);
+    ~TrackerInterface();
+    TrackerInterface(const TrackerInterface&) = delete;
+    TrackerInterface& operator=(const TrackerInterface&) = delete;
+
+    InterfaceHost& Host() { return host_; }
+    TrackerState& State() { return state_; }
+    Video& Surfaces() { return video_; }
+    Input& Keys() { return input_; }
+    Skin& Pictures() { return skin_; }
+    Fonts& Text() { return fonts_; }
+    MouseRegions& Regions() { return regions_; }
+    Screen& GetScreen(int slot) { return *m_screens[static_cast<std::size_t>(slot)]; }
+    DiskOpScreen& DiskOp();
+
+    // --- Start. Start.cpp. Goes through on the first run and after each change of the video mode.
+    int Start(bool firstRun);                    // 0, or 1 if the mode cannot be had
+    void ReleaseSurfaces();
+    void RunCurtain(const std::function<void()>& pump);          // opens; the caller's pump runs each frame
+    void FadeOut(const std::function<void()>& pump);             // closes while the sound fades
+
+    // --- One frame. Paint.cpp
+    void Paint();
+
+    // --- Screens. ScreenGroups.cpp
+    void ShowScreen(int slot);
+    void ToggleScreen(int slot);
+    void ShowOnly(int slot);                     // like ToggleScreen, but never hides
+    void HideGroup(int group);
+    void ResetGroup(int group);
+    bool IsVisible(int slot) const { return m_screens[static_cast<std::size_t>(slot)]->IsVisible(); }
+    ListKind CurrentList() const;
+
+    // --- Keys. OnKey.cpp, KeyEffects.cpp
+    void OnKey(int key, bool pressed, bool fromDevice);
+    bool MatchAction(int key, int action, bool checkModifiers) const;
+    int OnPianoKey(int key, bool pressed);       // action, or -1
+    void KeyRepeatTick();
+    void OnNote(int note, bool fromMidi, int velocity);          // velocity 0 to 255
+    void OnNoteFromMidi(int note, bool pressed, int velocity);
+    void ReleaseNote(int note);                  // 0 to 95, as played
+    void OnEscape();                             // ends text editing, or asks to quit
+    void ForgetKeys();                           // the window lost or gained the focus
+    int ModifierMask() const;
+    bool ShiftHeld() const { return m_bShift; }
+    bool AltHeld() const { return m_bAlt; }
+    bool TakeAltFresh() { return std::exchange(m_bAltFresh, false); }
+    void OwnKeyboard() { keyboardOwned_ = true; }                // the game screen, for this frame
+
+    // --- Input. PollInput.cpp
+    void PollInput();
+    void PollMouse();
+
+    // --- Question. Question.cpp
+    void Ask(const std::string& text, ControlCallback onYes, ControlCallback onNo = {}, DialogMode mode = DialogMode::YesNo);
+    void AskToQuit();                            // one question, however often it is asked
+    // A line of what happened, with one button: a failed load or save is told so.
+    void Tell(const std::string& text);
+    void CloseQuestion();
+    void AnswerYes();
+    void AnswerNo();
+    void AnswerChoice(int choice);
+    DialogMode Mode() const { return m_nDialogMode; }
+    const std::string& QuestionText() const { return m_szDialogText; }
+
+    // --- Text editing. TextEdit.cpp
+    void StartTextEdit(std::string& text);
+    void EndTextEdit() { m_bEndTextEdit = true; }
+    void StopTextEdit();                         // at once: the text's owner is going
+    bool IsEditingText() const { return editedText_ != nullptr; }
+    void OnCharacter(std::string_view utf8);     // as typed
+    void OnBackspace();
+
+private:
+    void PaintScreens();
+    void PaintLocked();
+    void ApplySolo();
+
+    InterfaceHost& host_;
+    TrackerState& state_;
+    Video& video_;
+    Input& input_;
+    ResourcePacks& packs_;
+    Fonts fonts_;
+    Skin skin_;
+    MouseRegions regions_;
+    std::array<std::unique_ptr<Screen>, kScreens> m_screens;
+
+    int m_nBits = 32;
+    bool m_bFullscreen = false, m_bForceBlit = false, m_bSoftwareMouse = false;
+    bool m_bAltFresh = false, m_bShift = false, m_bControl = false, m_bAlt = false;
+    std::uint32_t m_nKeyLast = 0, m_nKeyRest = 0, m_nMouseLast = 0, m_nMouseRest = 0;   // milliseconds
+    std::array<std::uint16_t, kLastNote + 1> m_noteVoice;
+    bool m_bEndTextEdit = false;
+    std::string* editedText_ = nullptr;
+    bool keyboardOwned_ = false;
+    bool lastLeft_ = false, lastRight_ = false;
+
+    DialogMode m_nDialogMode = DialogMode::YesNo;
+    int m_nDialogBitmap = 25, m_nDialogPressedBitmap = 26;
+    ControlCallback m_pfnYes, m_pfnNo, m_pfnChoice;
+    std::string m_szDialogText;
+    bool tellOnly_ = false;
+
+    int loadingLeft_ = -1, loadingRight_ = -1, progressUnit_ = -1, mousePicture_ = -1;   // slots
+    int progress_ = 0;                           // units of the loading screen
+    int soloInstrument_ = 0;                     // that sounds alone, as of the last frame; 0 none
+};
+
+}  // namespace vonta

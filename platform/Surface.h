@@ -1,0 +1,37 @@
+// A picture in memory, with blits onto others of the same mode.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+struct SDL_Surface;
+
+namespace vonta {
+
+class Surface {
+public:
+    // bits: 16 (5-6-5), 24 or 32. Null if it cannot be had.
+    static std::unique_ptr<Surface> Create(int width, int height, int bits);
+    ~Surface();
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+
+    int Width() const;
+    int Height() const;
+    int Pitch() const;                           // bytes from row to row
+    int Bits() const;
+    std::uint8_t* Pixels();
+    const std::uint8_t* Pixels() const;
+    void Masks(std::uint32_t& red, std::uint32_t& green, std::uint32_t& blue) const;
+
+    // The part of the source onto this one, clipped at both; keyed: pixels of value 0 are left out.
+    void Blit(const Surface& source, int sourceX, int sourceY, int width, int height, int x, int y, bool keyed);
+    void BlitScaled(const Surface& source, int x, int y, int width, int height);
+    void Fill(int x, int y, int width, int height, std::uint32_t colour);   // packed
+
+private:
+    explicit Surface(SDL_Surface* surface) : surface_(surface) {}
+    SDL_Surface* surface_;
+};
+
+}  // namespace vonta
