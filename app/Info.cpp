@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "app/Application.h"
+#include "app/PlayerHost.h"
 #include "app/CommandLine.h"
 #include "app/Interrupt.h"
 #include "app/OpenSong.h"
@@ -29,8 +29,8 @@ int Info(const InfoRequest& request) {
     SongFacts facts = GatherFacts(*song);
     facts.file = request.file;
     facts.format = report.formatName;
-    GMain app;
-    if (app.Init() != 0) return kFailed;
+    PlayerHost app;
+    if (app.StartPlayer() != 0) return kFailed;
     app.InstallSong(std::move(song));
     return app.Guarded([&] {
         facts.length = MeasureSong(*app.GetSndPlayer(), kLongestSong);

@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "app/Application.h"
+#include "app/PlayerHost.h"
 #include "app/CommandLine.h"
 #include "app/InRange.h"
 #include "app/Interrupt.h"
@@ -88,8 +88,8 @@ int Play(const PlayRequest& request) {
     LoadReport report;
     auto song = OpenSong(request.song, report);
     if (!song) return kFailed;
-    GMain app;
-    if (app.Init(request.sound) != 0) return kFailed;
+    PlayerHost app;
+    if (app.StartPlayer(request.sound) != 0) return kFailed;
     app.GetSndPlayer()->SetLatencyMs(request.latencyMs);
     app.InstallSong(std::move(song));
     return app.Guarded([&] {

@@ -9,7 +9,7 @@
 #include <map>
 #include <string>
 
-#include "app/Application.h"
+#include "app/PlayerHost.h"
 #include "app/CommandLine.h"
 #include "app/InRange.h"
 #include "app/Interrupt.h"
@@ -119,7 +119,7 @@ void TellResult(const MixdownResult& result, const RenderRequest& request, std::
     if (result.end == MixdownEnd::TimeLimit) Complain(request.song, "cut at the limit of --max-minutes");
 }
 
-int MixDown(GMain& app, const RenderRequest& request, const std::string& base) {
+int MixDown(PlayerHost& app, const RenderRequest& request, const std::string& base) {
     Progress progress(isatty(STDERR_FILENO) ? ExpectedSeconds(request) : 0.0);
     const std::uint32_t start = Milliseconds();
     const MixdownResult result = Mixdown(*app.GetSndPlayer(), base, request.options, request.limits, &progress);
@@ -145,8 +145,8 @@ int Render(RenderRequest& request) {
         return kFailed;
     }
     request.options.byParts = request.byParts;
-    GMain app;
-    if (app.Init() != 0) return kFailed;
+    PlayerHost app;
+    if (app.StartPlayer() != 0) return kFailed;
     app.InstallSong(std::move(song));
     app.GetSndPlayer()->SetInterpolation(kInterpolations.at(request.interpolation));
     return app.Guarded([&] { return MixDown(app, request, base); });

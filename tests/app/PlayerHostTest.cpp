@@ -1,4 +1,4 @@
-#include "app/Application.h"
+#include "app/PlayerHost.h"
 
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -53,8 +53,8 @@ TEST_F(StartDirectoryTest, IsThePortableOneThenTheUsers) {
 
 using CrashBackupTest = StartDirectoryTest;
 
-void CrashWithSong(GMain& app, bool audioFault) {
-    app.Init();
+void CrashWithSong(PlayerHost& app, bool audioFault) {
+    app.StartPlayer();
     auto song = SongBuilder().SineInstrument(0, 64).Note(0, 0, 48, 1).Build();
     song->SetTitle("Precious");
     app.InstallSong(std::move(song));
@@ -69,7 +69,7 @@ TEST_F(CrashBackupTest, SavesTheSongInTheStartDirectoryAndEndsTheProcess) {
         EXPECT_EXIT(
             {
                 Set("XDG_DATA_HOME", data.Path().string());
-                GMain app;
+                PlayerHost app;
                 CrashWithSong(app, audioFault);
             },
             testing::ExitedWithCode(1), "Internal error, backup.vtm saved");
@@ -83,7 +83,7 @@ TEST_F(CrashBackupTest, ABackupHoldsTheSong) {
     GTEST_FLAG_SET(death_test_style, "fast");
     EXPECT_EXIT(
         {
-            GMain app;
+            PlayerHost app;
             CrashWithSong(app, false);
         },
         testing::ExitedWithCode(1), "saved");
@@ -99,7 +99,7 @@ TEST_F(CrashBackupTest, SaysSoWhenItCannotSave) {
     Set("XDG_DATA_HOME", "/dev/null");
     EXPECT_EXIT(
         {
-            GMain app;
+            PlayerHost app;
             CrashWithSong(app, false);
         },
         testing::ExitedWithCode(1), "Internal error, backup.vtm could not be saved");
@@ -110,8 +110,8 @@ TEST_F(CrashBackupTest, AFaultOfTheWorkLeadsThere) {
     Set("XDG_DATA_HOME", data.Path().string());
     EXPECT_EXIT(
         {
-            GMain app;
-            app.Init();
+            PlayerHost app;
+            app.StartPlayer();
             app.Guarded([] { return raise(SIGSEGV); });
         },
         testing::ExitedWithCode(1), "Internal error, backup.vtm saved");
@@ -134,8 +134,8 @@ TEST_F(CrashBackupTest, AFaultOfTheAudioSideLeadsThereFromItsThread) {
     GTEST_FLAG_SET(death_test_style, "fast");
     EXPECT_EXIT(
         {
-            GMain app;
-            app.Init(SoundChoice{});
+            PlayerHost app;
+            app.StartPlayer(SoundChoice{});
             {
                 const MixerPause hold(*app.GetSndPlayer());
                 app.GetSndPlayer()->GetMixer().SetEffect(0, std::make_unique<BrokenEffect>());

@@ -1,7 +1,8 @@
-#include "app/Application.h"
+#include "app/PlayerHost.h"
 
 #include <unistd.h>
 
+#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -9,6 +10,7 @@
 #include "app/Messages.h"
 #include "app/config/StartDirectory.h"
 #include "audio/CreateDevice.h"
+#include "audio/DrvASIO.h"
 #include "formats/Loaders.h"
 #include "midi/OpenMidi.h"
 #include "platform/Debug.h"
@@ -17,6 +19,7 @@ namespace vonta {
 namespace {
 
 constexpr const char* kNoSoundMessage = "Can't init sound. Try with another configuration.";
+constexpr const char* kSampleTypeMessage = "Current ASIO output data type(%i) not supported.";
 constexpr const char* kBackupMessage = "Internal error, backup.vtm saved";
 constexpr const char* kNoBackupMessage = "Internal error, backup.vtm could not be saved";
 constexpr int kCrashStatus = 1;
@@ -31,22 +34,35 @@ bool ChangeTo(const std::string& directory) {
 
 }  // namespace
 
-int GMain::Init(const std::optional<SoundChoice>& sound) {
-    DebugOutput("* Init program...\n");
+void PlayerHost::CreatePlayer() {
     m_pSndPlayer = std::make_unique<SndPlayer>(CreateDevice, OpenSystemMidi);
     m_szStartDir = FindStartDirectory();
-    return sound ? StartSound(*sound) : 0;
 }
 
-int GMain::StartSound(const SoundChoice& sound) {
+int PlayerHost::StartPlayer(const std::optional<SoundChoice>& sound) {
+    DebugOutput("* Init program...\n");
+    CreatePlayer();
+    std::string error;
+    if (!sound || StartSound(nullptr, *sound, error) == 0) return 0;
+    Complain(error);
+    return 1;
+}
+
+int PlayerHost::StartSound(void* windowHandle, const SoundChoice& sound, std::string& error) {
     DebugOutput("* Starting m_pSndPlayer->..\n");
     const int kind = static_cast<int>(sound.kind);
-    if (m_pSndPlayer->StartSound(nullptr, kind, sound.deviceIndex, this, sound.sampleRate) != 0) {
+    if (m_pSndPlayer->StartSound(windowHandle, kind, sound.deviceIndex, this, sound.sampleRate) != 0) {
         DebugOutput("*ERROR starting m_pSndPlayer->\n");
-        Complain(kNoSoundMessage);
+        error = kNoSoundMessage;
         return 1;
     }
     DebugOutput("* SndPlayer started\n");
+    if (const auto* asio = dynamic_cast<const DrvASIO*>(m_pSndPlayer->GetDevice()); asio && !asio->IsSupported()) {
+        std::array<char, 80> text;
+        std::snprintf(text.data(), text.size(), kSampleTypeMessage, asio->GetSampleType());
+        error = text.data();
+        return 1;
+    }
     DebugOutput("\tSound devices:\n");
     DrvSound& device = *m_pSndPlayer->GetDevice();
     for (int i = 0; i < device.GetNumDevices(); ++i) DebugOutput("\t- %s\n", device.GetDeviceName(i).c_str());
@@ -55,18 +71,18 @@ int GMain::StartSound(const SoundChoice& sound) {
     return 0;
 }
 
-void GMain::Shutdown() {
+void PlayerHost::ShutdownPlayer() {
     // A backup that runs on the audio side still reads the song, and ends the process when it is done.
     while (m_nCrashGuard != 0) pause();
     m_pSndPlayer.reset();
 }
 
-void GMain::InstallSong(std::unique_ptr<Song> song) {
+void PlayerHost::InstallSong(std::unique_ptr<Song> song) {
     const MixerPause pause(*m_pSndPlayer);
     m_pSndPlayer->SetSong(std::move(song));
 }
 
-bool GMain::SaveBackup(std::string& error) {
+bool PlayerHost::SaveBackup(std::string& error) {
     if (!m_pSndPlayer) {
         error = "there is no song";
         return false;
@@ -82,11 +98,11 @@ bool GMain::SaveBackup(std::string& error) {
     return false;
 }
 
-void GMain::CrashBackup(bool audioFault) {
+void PlayerHost::CrashBackup(bool audioFault) {
     if (m_nCrashGuard.fetch_add(1) != 0) return;
     // The song may be what is broken: a fault while it is saved ends in the same message as any other failure.
     struct Job {
-        GMain& app;
+        PlayerHost& app;
         std::string error;
         bool saved = false;
     } job{*this, {}};
@@ -100,6 +116,7 @@ void GMain::CrashBackup(bool audioFault) {
     if (saved) Complain(m_szStartDir, kBackupMessage);
     else if (error.empty()) Complain(kNoBackupMessage);
     else Complain(kNoBackupMessage, error);
+    OnBackup(saved ? kBackupMessage : kNoBackupMessage);
     // Nothing that the fault may have broken is run again, and the audio side cannot wait for itself: the process goes
     // as it stands.
     std::fflush(nullptr);

@@ -1,4 +1,4 @@
-// The application: holds what there is one of, in the order in which it comes and goes, and saves the song if the
+// What every way to run the program has in common: the player, the start directory, and a backup of the song if the
 // program fails.
 //
 // One instance, made and used on the main thread. Only OnCrash may come from the audio side.
@@ -21,19 +21,19 @@ struct SoundChoice {
     std::uint32_t sampleRate = 44100;                // Hz
 };
 
-class GMain final : public CrashHandler {
+class PlayerHost : public CrashHandler {
 public:
     static constexpr const char* kBackupName = "backup.vtm";
 
-    GMain() = default;
-    ~GMain() override { Shutdown(); }
-    GMain(const GMain&) = delete;
-    GMain& operator=(const GMain&) = delete;
+    PlayerHost() = default;
+    ~PlayerHost() override { ShutdownPlayer(); }
+    PlayerHost(const PlayerHost&) = delete;
+    PlayerHost& operator=(const PlayerHost&) = delete;
 
-    // Creates everything; opens the device and turns the mixer on if one is asked for: what needs no real time works
+    // Makes the player; opens the device and turns the mixer on if one is asked for: what needs no real time works
     // without. 0 on success, 1 on failure, which has then been told.
-    int Init(const std::optional<SoundChoice>& sound = {});
-    void Shutdown();
+    int StartPlayer(const std::optional<SoundChoice>& sound = {});
+    void ShutdownPlayer();
 
     SndPlayer* GetSndPlayer() const { return m_pSndPlayer.get(); }
     const std::string& GetStartDir() const { return m_szStartDir; }
@@ -59,12 +59,19 @@ public:
     void CrashBackup(bool audioFault);
     void OnCrash(int audioFault) override { CrashBackup(audioFault != 0); }
 
-private:
-    int StartSound(const SoundChoice& sound);
-    bool SaveBackup(std::string& error);             // in the start directory
+protected:
+    void CreatePlayer();
+    // What a device needs, up to the mixer turned on. 0, or 1 and what was wrong with it.
+    int StartSound(void* windowHandle, const SoundChoice& sound, std::string& error);
+    // Before the process ends by a crash: what the user sees of it. The audio side may be the one that failed.
+    virtual void OnBackup(const std::string& message) { (void)message; }
 
     std::unique_ptr<SndPlayer> m_pSndPlayer;
-    std::string m_szStartDir;
+    std::string m_szStartDir;                        // where the program works from
+
+private:
+    bool SaveBackup(std::string& error);             // in the start directory
+
     std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: a backup is being made
 };
 
