@@ -78,8 +78,8 @@ public:
 
     // The hit test, once a frame after the input poll; calls the callbacks. repeatDelay in ticks.
     void Update(const MouseState& mouse, int repeatDelay);
-    // Draws the pressed state of the control that holds the mouse, if that has a pressed look.
-    void PaintPressed();
+    // Draws the pressed state of the control that holds the mouse, if the mouse is on it and it has a pressed look.
+    void PaintPressed(int mouseX, int mouseY);
     void ReleaseCapture();                      // what the captured region stood for may be gone
 
     bool IsHolding() const { return holding_; }
@@ -87,6 +87,14 @@ public:
     const std::vector<MouseRegion>& List() const { return regions_; }
 
 private:
+    void Capture(const MouseState& mouse, int repeatDelay);
+    void Follow(const MouseState& mouse);
+    void OnPress(const MouseState& mouse, bool inside);
+    void OnHeld(const MouseState& mouse, bool inside);
+    void OnReleased(bool inside);
+    void CallOutside(std::uint32_t event);
+    void Call(const ControlCallback& callback);
+
     Video& video_;
     Skin& skin_;
     std::vector<MouseRegion> regions_;          // of the present frame

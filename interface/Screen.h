@@ -38,6 +38,7 @@ public:
     virtual void PaintControls() {}             // twice a frame: see MouseRegions
     virtual void Init() {}                      // once, before the first frame
     virtual bool OnWheel(int notches) { (void)notches; return false; }   // up is positive; true if taken
+    virtual bool OnAction(int action) { (void)action; return false; }    // a key action that is the screen's own; true if taken
 
     int Group() const { return group_; }        // 1 to 7
     bool IsVisible() const { return visible_; }
