@@ -109,6 +109,9 @@ public:
     struct { std::uint16_t instrument = 0, effect = 0, param = 0, volume = 0; } m_cell;   // under the cursor
     std::string m_szSongName, m_szInstrumentName, m_szSampleName;   // file names of the Disk Op
 
+    // Hands the configuration to the player and the pending values, and reads Env.cfg of the start directory. Once, when
+    // the interface stands. ApplyConfig.cpp
+    void ApplyConfig(const std::string& startDirectory);
     // Once a frame, before anything is painted.
     Applied ApplyPending();
 
