@@ -10,7 +10,7 @@ namespace vonta {
 class Display;
 
 enum class WindowEventKind {
-    MouseMove, LeftDown, LeftUp, RightDown, RightUp, // x, y in the 800 by 600 picture
+    MouseMove, LeftDown, LeftUp, RightDown, RightUp, // x, y in the picture; outside it beside what is shown of it
     Wheel,                                           // amount in notches
     KeyDown, KeyUp,                                  // scanCode; repeats of the system are not sent
     Character,                                       // text, one character as typed; "\b", "\r" and "\x1b" too
@@ -34,6 +34,8 @@ public:
     virtual ~OsWindow() = default;
 
     virtual bool Create(const std::string& title, const std::string& icon) = 0;
+    // 0xAARRGGBB, row by row; copied.
+    virtual void SetIcon(const std::uint32_t* pixels, int width, int height) = 0;
     virtual void* GetHandle() const = 0;
     virtual void SetTitle(const std::string& title) = 0;
     virtual std::string GetTitle() const = 0;
@@ -53,12 +55,11 @@ public:
     virtual bool WaitEvent(WindowEvent& event, int milliseconds) = 0;   // -1: as long as it takes
 };
 
-// The desktop's window; null, with the reason, if there is no display.
+// The desktop's window; null, with the reason in one line, if there is no display.
 std::unique_ptr<OsWindow> OpenDesktopWindow(std::string& error);
 
-
-
-// A modal message; on the error output too. Nothing but the output without a display.
+// A modal message; on the error output too. Nothing but the output without a display, or while the environment
+// variable VONTA_MESSAGES is "output": nobody stands before a test to close the box.
 void ShowMessage(const std::string& caption, const std::string& text);
 
 }  // namespace vonta

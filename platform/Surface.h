@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 struct SDL_Surface;
 
@@ -10,11 +11,8 @@ namespace vonta {
 
 class Surface {
 public:
-    // bits: 16 (5-6-5), 24 or 32. Null if it cannot be had.
+    // Black. bits: 16 (5-6-5), 24 or 32. Null if it cannot be had.
     static std::unique_ptr<Surface> Create(int width, int height, int bits);
-    ~Surface();
-    Surface(const Surface&) = delete;
-    Surface& operator=(const Surface&) = delete;
 
     int Width() const;
     int Height() const;
@@ -24,14 +22,19 @@ public:
     const std::uint8_t* Pixels() const;
     void Masks(std::uint32_t& red, std::uint32_t& green, std::uint32_t& blue) const;
 
-    // The part of the source onto this one, clipped at both; keyed: pixels of value 0 are left out.
+    // The part of the source onto this one, clipped at both; keyed: pixels of value 0 are left out. Nothing with a
+    // width or height below 1.
     void Blit(const Surface& source, int sourceX, int sourceY, int width, int height, int x, int y, bool keyed);
     void BlitScaled(const Surface& source, int x, int y, int width, int height);
     void Fill(int x, int y, int width, int height, std::uint32_t colour);   // packed
 
 private:
-    explicit Surface(SDL_Surface* surface) : surface_(surface) {}
-    SDL_Surface* surface_;
+    struct Free { void operator()(SDL_Surface* surface) const; };
+    using Handle = std::unique_ptr<SDL_Surface, Free>;
+
+    Surface(Handle plain, Handle keyed) : plain_(std::move(plain)), keyed_(std::move(keyed)) {}
+    Handle plain_;
+    Handle keyed_;                               // the same pixels seen with 0 transparent; goes first
 };
 
 }  // namespace vonta
