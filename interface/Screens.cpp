@@ -3,6 +3,14 @@
 #include <array>
 #include <cstddef>
 
+#include "interface/layout/ComingLayouts.h"
+#include "interface/layout/ConfigLayout.h"
+#include "interface/layout/DiskOpLayout.h"
+#include "interface/layout/FunLayouts.h"
+#include "interface/layout/MainLayout.h"
+#include "interface/layout/OptionsLayouts.h"
+#include "interface/layout/TextLayouts.h"
+
 namespace vonta {
 namespace {
 
@@ -33,29 +41,29 @@ struct Row {
 // By slot.
 constexpr std::array<Row, kScreens> kRows{{
     {2, Make<Screen>},   // Pattern
-    {4, Make<Screen>},   // Left options
-    {3, Make<Screen>},   // Right options
-    {3, Make<Screen>},   // Disk Op
+    {4, Picture<kLeftOptionsLayout>},   // Left options
+    {3, Picture<kRightOptionsLayout>},   // Right options
+    {3, Picture<kDiskOpLayout>},   // Disk Op
     {5, Make<Screen>},   // Scopes
-    {2, Make<Screen>},   // Instrument editor
-    {6, Make<Screen>},   // Main panel
-    {2, Make<Screen>},   // Sample editor
+    {2, Picture<kInstrumentEditorLayout>},   // Instrument editor
+    {6, Picture<kMainLayout>},   // Main panel
+    {2, Picture<kSampleEditorLayout>},   // Sample editor
     {5, Make<Screen>},   // Channel states
-    {4, Make<Screen>},   // About
-    {1, Make<Screen>},   // Config
-    {2, Make<Screen>},   // Instrument editor, extended
-    {2, Make<Screen>},   // MultiFX
-    {2, Make<Screen>},   // Instrument filter
-    {4, Make<Screen>},   // CPU scan
-    {1, Make<Screen>},   // Game
-    {1, Make<Screen>},   // Help
-    {2, Make<Screen>},   // Mixer
+    {4, Picture<kAboutLayout>},   // About
+    {1, Picture<kConfigLayout>},   // Config
+    {2, Picture<kInstrumentExtendedLayout>},   // Instrument editor, extended
+    {2, Picture<kMultiFxLayout>},   // MultiFX
+    {2, Picture<kInstrumentFilterLayout>},   // Instrument filter
+    {4, Picture<kCpuScanLayout>},   // CPU scan
+    {1, Picture<kGameLayout>},   // Game
+    {1, Picture<kHelpLayout>},   // Help
+    {2, Picture<kMixerLayout>},   // Mixer
     {3, Make<Screen>},   // Advanced edit
-    {1, Make<Screen>},   // Song info
-    {4, Make<Screen>},   // Visual
-    {2, Make<Screen>},   // Track editor
+    {1, Picture<kSongInfoLayout>},   // Song info
+    {4, Picture<kVisualLayout>},   // Visual
+    {2, Picture<kTrackEditorLayout>},   // Track editor
     {7, Make<Screen>},   // Question
-    {2, Make<Screen>},   // Synth
+    {2, Picture<kMultiFxLayout>},   // Synth
 }};
 
 }  // namespace

@@ -24,7 +24,7 @@ enum class Look : std::uint8_t {
     TextField,       // recess in which the user types
     List,            // recess with rows of text
     View,            // recess that the program fills with pixels or bitmaps
-    Label,           // a caption alone; x, y is the top left of the text
+    Label,           // a caption alone; x, y is the top left of its first character's cell, 16 rows like the program's text
     Title,           // a caption that heads a screen or a group
     Group,           // a thin edge around what belongs together, with its caption in the upper edge if it has one
 };
@@ -58,6 +58,38 @@ constexpr int ButtonHeight(Look look) {
 }
 constexpr LayoutItem ButtonAt(Look look, int id, int x, int y, int units, std::string_view caption = {}) {
     return {look, id, x, y, ButtonWidth(look, units), ButtonHeight(look), caption};
+}
+
+// Pixels from character to character. A caption is centred in its button, in the small glyphs or, where these do not
+// fit, in the tiny ones; labels are drawn in the small ones, titles in the large ones.
+constexpr int kTitleAdvance = 8, kCaptionAdvance = 7, kTinyAdvance = 4;
+constexpr int kTextHeight = 16;
+
+constexpr int CaptionWidth(std::string_view caption, int advance) { return static_cast<int>(caption.size()) * advance; }
+constexpr int AdvanceIn(const LayoutItem& item) {
+    return CaptionWidth(item.caption, kCaptionAdvance) <= item.width - 4 ? kCaptionAdvance : kTinyAdvance;
+}
+
+constexpr int kNoControl = -1;                   // the id of what cannot be pressed
+constexpr LayoutItem LabelAt(int x, int y, std::string_view caption) {
+    return {Look::Label, kNoControl, x, y, CaptionWidth(caption, kCaptionAdvance), kTextHeight, caption};
+}
+constexpr LayoutItem TitleAt(int x, int y, std::string_view caption) {
+    return {Look::Title, kNoControl, x, y, CaptionWidth(caption, kTitleAdvance), kTextHeight, caption};
+}
+constexpr LayoutItem GroupAt(int x, int y, int width, int height, std::string_view caption = {}) {
+    return {Look::Group, kNoControl, x, y, width, height, caption};
+}
+// A recess for text that the program prints from (x, y) on, of so many characters of the standard font.
+constexpr LayoutItem FieldAt(int id, int x, int y, int characters, Look look = Look::Field) {
+    return {look, id, x - 4, y, 8 * characters + 8, kTextHeight, {}};
+}
+
+// The item of a table with this id; the table has one.
+constexpr const LayoutItem& ItemOf(const ScreenLayout& layout, int id) {
+    for (const LayoutItem& item : layout.items)
+        if (item.id == id) return item;
+    return layout.items.front();
 }
 
 // Every screen's table, in the order of the bitmap numbers.

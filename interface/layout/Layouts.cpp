@@ -1,12 +1,44 @@
-#include "interface/layout/Layout.h"
-
 #include <array>
+
+#include "interface/layout/ComingLayouts.h"
+#include "interface/layout/ConfigLayout.h"
+#include "interface/layout/DiskOpLayout.h"
+#include "interface/layout/FunLayouts.h"
+#include "interface/layout/Layout.h"
+#include "interface/layout/MainLayout.h"
+#include "interface/layout/OptionsLayouts.h"
+#include "interface/layout/QuestionLayouts.h"
+#include "interface/layout/TextLayouts.h"
 
 namespace vonta {
 namespace {
 
-// A row a screen; its table is in the header of its name.
-constexpr std::array<const ScreenLayout*, 0> kLayouts{};
+// A row a picture; its table is in the header of its name.
+constexpr std::array kLayouts = {
+    &kLeftOptionsLayout,
+    &kRightOptionsLayout,
+    &kMainLayout,
+    &kDiskOpLayout,
+    &kInstrumentEditorLayout,
+    &kConfigLayout,
+    &kSampleEditorLayout,
+    &kAboutLayout,
+    &kInstrumentFilterLayout,
+    &kCpuScanLayout,
+    &kDialogLayout,
+    &kHelpLayout,
+    &kSongInfoLayout,
+    &kVisualLayout,
+    &kMultiFxLayout,
+    &kInstrumentExtendedLayout,
+    &kGameLayout,
+    &kMixerLayout,
+    &kZapLayout,
+    &kLoadingLayout,
+    &kTrackEditorLayout,
+    &kSaveLayout,
+    &kConsoleLayout,
+};
 
 }  // namespace
 

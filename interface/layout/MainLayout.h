@@ -1,0 +1,61 @@
+// The main panel: the list of instruments, synths or effects, the samples of the instrument, transport.
+#pragma once
+
+#include "interface/layout/Layout.h"
+
+namespace vonta {
+
+constexpr int kListRowHeight = 15;
+constexpr int kItemRows = 8, kSampleRows = 5;
+
+enum MainControl : int {
+    kMainPlay, kMainRecord, kMainSolo, kMainSoloChannel, kMainPanic, kMainColours, kMainWindowMode,
+    kMainItems, kMainSources, kMainSamples, kMainSampleSources,
+    kMainSampleUp, kMainSampleDown, kMainSampleScroll, kMainTitle, kMainBank,
+    kMainListName, kMainOctave,                  // shown only
+    kMainMute,                                   // and seven more
+    kMainBlock = kMainMute + kItemRows,          // and seven more
+};
+
+inline constexpr LayoutItem kMainPanelItems[] = {
+    {Look::List, kMainSources, 519, 4, 27, 119},
+    {Look::List, kMainItems, 550, 4, 171, 119},
+    {Look::List, kMainSampleSources, 519, 130, 27, 74},
+    {Look::List, kMainSamples, 550, 130, 166, 74},
+    ButtonAt(Look::SmallButton2, kMainMute + 0, 731, 5, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 1, 731, 20, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 2, 731, 35, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 3, 731, 50, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 4, 731, 65, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 5, 731, 80, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 6, 731, 95, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainMute + 7, 731, 110, 1, "m"),
+    ButtonAt(Look::SmallButton2, kMainPlay, 751, 2, 5, "Play"),
+    ButtonAt(Look::SmallButton2, kMainRecord, 751, 17, 5, "Rec"),
+    ButtonAt(Look::SmallButton2, kMainSolo, 751, 32, 5, "Solo"),
+    ButtonAt(Look::SmallButton2, kMainSoloChannel, 751, 47, 5, "Solo chan"),
+    ButtonAt(Look::SmallButton2, kMainPanic, 751, 65, 5, "Panic"),
+    ButtonAt(Look::SmallButton2, kMainColours, 751, 78, 5, "Colors"),
+    ButtonAt(Look::SmallButton2, kMainWindowMode, 751, 90, 5, "WindowMode"),
+    LabelAt(755, 112, "List"),
+    FieldAt(kMainListName, 756, 128, 5),
+    LabelAt(755, 152, "Octave"),
+    FieldAt(kMainOctave, 756, 168, 5),
+    ButtonAt(Look::SmallButton2, kMainSampleUp, 732, 131, 1, "-"),
+    {Look::VSlider, kMainSampleScroll, 732, 145, 17, 45},
+    ButtonAt(Look::SmallButton2, kMainSampleDown, 732, 190, 1, "+"),
+    ButtonAt(Look::SmallButton, kMainBank, 524, 210, 6, "Bank"),
+    ButtonAt(Look::SmallButton, kMainBlock + 0, 588, 210, 2, "1"),
+    ButtonAt(Look::SmallButton, kMainBlock + 1, 614, 210, 2, "2"),
+    ButtonAt(Look::SmallButton, kMainBlock + 2, 640, 210, 2, "3"),
+    ButtonAt(Look::SmallButton, kMainBlock + 3, 666, 210, 2, "4"),
+    ButtonAt(Look::SmallButton, kMainBlock + 4, 692, 210, 2, "5"),
+    ButtonAt(Look::SmallButton, kMainBlock + 5, 718, 210, 2, "6"),
+    ButtonAt(Look::SmallButton, kMainBlock + 6, 744, 210, 2, "7"),
+    ButtonAt(Look::SmallButton, kMainBlock + 7, 770, 210, 2, "8"),
+    {Look::TextField, kMainTitle, 523, 228, 226, 19},
+    LabelAt(756, 229, "Title"),
+};
+inline constexpr ScreenLayout kMainLayout = {"InsList", 7, 8, 519, 0, 281, 248, kMainPanelItems};
+
+}  // namespace vonta
