@@ -6,11 +6,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "formats/FileStream.h"
 
 namespace vonta {
 
@@ -20,32 +21,38 @@ public:
 
     // A file that cannot be opened or holds no sound directory leaves the object empty: IsOpen tells.
     explicit PackFile(const std::string& path);
+    explicit PackFile(std::unique_ptr<FileStream> file);   // open for reading, at its start
 
     bool IsOpen() const { return file_ != nullptr; }
     void Close();
-    bool Find(std::string_view name);            // makes the entry current, at its start; false: nothing changes
+    // Makes the entry current, at its start. False, and nothing changes, if there is none or it lies beside the file.
+    // Only the first 30 characters of the name count.
+    bool Find(std::string_view name);
     bool Read(void* buffer, std::size_t size);   // false past the entry's end: nothing is read, the position advances
-    std::uint32_t Remaining() const;             // bytes of the current entry
+    std::uint32_t Remaining() const;             // bytes of the current entry, as far as the file holds them
     std::size_t Count() const { return entries_.size(); }
     std::string_view EntryName(std::size_t index) const;
 
 private:
     struct Entry {
         std::string name;
-        std::uint32_t offset = 0, end = 0;
+        std::uint32_t offset = 0;                // from the start of the file
+        std::uint64_t end = 0;
     };
-    struct CloseFile { void operator()(std::FILE* file) const { std::fclose(file); } };
+    bool ReadDirectory();
 
-    std::unique_ptr<std::FILE, CloseFile> file_;
+    std::unique_ptr<FileStream> file_;
     std::vector<Entry> entries_;
-    std::uint64_t position_ = 0, end_ = 0, start_ = 0;   // in the current entry; absolute
+    std::uint64_t position_ = 0, end_ = 0;       // of the current entry, from the start of the file
 };
 
-// Writes a pack: beside the target, then renamed. False, with the reason, if it cannot be written or a name is too long.
 struct PackEntry {
-    std::string name;
+    std::string name;                            // at most kNameLength characters
     std::vector<std::uint8_t> data;
 };
+
+// Writes a pack: beside the target, then renamed. False, with the reason, if it cannot be written or an entry is too
+// long for the format.
 bool WritePack(const std::string& path, const std::vector<PackEntry>& entries, std::string& error);
 
 }  // namespace vonta
