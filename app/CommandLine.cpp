@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "app/Check.h"
+#include "app/Convert.h"
 #include "app/Devices.h"
 #include "app/Info.h"
 #include "app/Interrupt.h"
@@ -34,7 +36,9 @@ constexpr struct {
     AddCommand add;
 } kCommands[] = {
     {"render", "Render a song to WAV files, faster than it plays", AddRenderCommand},
-    {"info", "Tell what a song holds and how long it is", AddInfoCommand},
+    {"convert", "Write a song, an instrument or a sample in another format", AddConvertCommand},
+    {"info", "Tell what a song, an instrument or a sample holds", AddInfoCommand},
+    {"check", "Tell whether files are sound", AddCheckCommand},
     {"play", "Play a song in real time", AddPlayCommand},
     {"devices", "List the devices", AddDevicesCommand},
 };
@@ -86,7 +90,7 @@ int RunChosen(const Command& chosen) {
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
-    CLI::App app("Vonta Tracker: plays, renders and describes tracker songs.", "vonta");
+    CLI::App app("Vonta Tracker: plays, renders, converts and describes tracker songs.", "vonta");
     Command chosen;
     BuildCommands(app, chosen);
     try {

@@ -1,4 +1,4 @@
-// `vonta info`: what a song holds and how long it is, for people or as JSON.
+// `vonta info`: what a song (and how long it is), an instrument or a sample holds, for people or as JSON.
 #pragma once
 
 #include <functional>

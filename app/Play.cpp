@@ -13,7 +13,7 @@
 #include "app/InRange.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
-#include "app/OpenSong.h"
+#include "app/OpenFile.h"
 #include "app/SoundKinds.h"
 #include "platform/Clock.h"
 

@@ -14,10 +14,9 @@
 #include "app/InRange.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
-#include "app/OpenSong.h"
+#include "app/OpenFile.h"
 #include "app/ProgressBar.h"
 #include "app/SongLength.h"
-#include "audio/Mixdown.h"
 #include "platform/Clock.h"
 
 namespace vonta {
@@ -29,15 +28,6 @@ constexpr const char* kWavExtension = ".wav";
 
 const std::map<std::string, Interpolation> kInterpolations{
     {"none", Interpolation::None}, {"linear", Interpolation::Linear}, {"cubic", Interpolation::Cubic}};
-
-struct RenderRequest {
-    std::string song;                                // path
-    std::string base;                                // as given, or empty
-    MixdownOptions options;
-    MixdownLimits limits;
-    std::string interpolation = "linear";           // of kInterpolations
-    bool byParts = false;
-};
 
 void AddOptions(CLI::App& command, RenderRequest& request) {
     command.add_option("-o", request.base, "Write BASE.wav, or the files by parts that begin with BASE")
@@ -135,7 +125,7 @@ int MixDown(PlayerHost& app, const RenderRequest& request, const std::string& ba
     return result.dropped.empty() ? kDone : kFailed;
 }
 
-int Render(RenderRequest& request) {
+int Render(const RenderRequest& request) {
     LoadReport report;
     auto song = OpenSong(request.song, report);
     if (!song) return kFailed;
@@ -144,6 +134,12 @@ int Render(RenderRequest& request) {
         Complain(request.song, "the WAV file would replace the song; choose another name with -o");
         return kFailed;
     }
+    return RenderSong(std::move(song), request, base);
+}
+
+}  // namespace
+
+int RenderSong(std::unique_ptr<Song> song, RenderRequest request, const std::string& base) {
     request.options.byParts = request.byParts;
     PlayerHost app;
     if (app.StartPlayer() != 0) return kFailed;
@@ -151,8 +147,6 @@ int Render(RenderRequest& request) {
     app.GetSndPlayer()->SetInterpolation(kInterpolations.at(request.interpolation));
     return app.Guarded([&] { return MixDown(app, request, base); });
 }
-
-}  // namespace
 
 void AddRenderCommand(CLI::App& command, std::function<int()>& chosen) {
     const auto request = std::make_shared<RenderRequest>();

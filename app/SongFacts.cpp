@@ -5,44 +5,9 @@
 #include <sstream>
 
 #include "app/Messages.h"
-#include "engine/Channel.h"
 
 namespace vonta {
 namespace {
-
-constexpr int kMiddleNote = 48;                      // C-4
-constexpr const char* kLoopNames[] = {"none", "forward", "ping-pong"};
-
-SampleFacts DescribeSample(const Sample& sample, int number) {
-    const SampleData& data = sample.data->Source();
-    const auto channels = static_cast<std::uint32_t>(sample.Channels());
-    SampleFacts facts;
-    facts.number = number;
-    facts.name = sample.name;
-    facts.frames = sample.Count() / channels;
-    facts.channels = static_cast<int>(channels);
-    facts.bits = sample.bits;
-    facts.volume = sample.volume;
-    facts.panning = sample.panning;
-    facts.toneRel = sample.toneRel;
-    facts.fineTune = sample.fineTune;
-    facts.middleRate = PeriodToFrequency(NoteToPeriod(kMiddleNote + sample.toneRel, sample.fineTune));
-    facts.isClone = sample.data->isClone;
-    const bool known = data.loopType == VTSAMPLE_LOOP_FORDWARD || data.loopType == VTSAMPLE_LOOP_PINGPONG;
-    if (known && data.loopEnd > data.loopStart) {
-        facts.loop = kLoopNames[data.loopType];
-        facts.loopStart = data.loopStart / channels;
-        facts.loopEnd = data.loopEnd / channels;
-    }
-    return facts;
-}
-
-InstrumentFacts DescribeInstrument(const Instrument& instrument, int number) {
-    InstrumentFacts facts{number, instrument.name, {}};
-    for (int i = 0; i < kMaxSamples; ++i)
-        if (const Sample* sample = instrument.GetSample(i)) facts.samples.push_back(DescribeSample(*sample, i + 1));
-    return facts;
-}
 
 const char* EndText(SongLength::End end) {
     switch (end) {
@@ -51,41 +16,6 @@ const char* EndText(SongLength::End end) {
         case SongLength::End::Limit: return " or more";
     }
     return "";
-}
-
-// Old trackers fill names up with blanks.
-std::string Trimmed(std::string_view text) {
-    return Printable(text.substr(0, text.find_last_not_of(' ') + 1));
-}
-
-void PrintSample(std::ostream& out, const SampleFacts& sample) {
-    const std::string name = Trimmed(sample.name);
-    out << "     " << std::setw(3) << sample.number << "  " << name << (name.empty() ? "" : ": ");
-    if (sample.frames == 0) {
-        out << "empty\n";
-        return;
-    }
-    out << sample.frames << " frames, " << (sample.channels == 2 ? "stereo" : "mono") << ", " << sample.bits
-        << " bits, volume " << sample.volume << ", panning " << sample.panning << ", tone " << std::showpos
-        << sample.toneRel << " fine " << sample.fineTune << std::noshowpos << " (C-4 at " << sample.middleRate << " Hz)";
-    if (sample.loopEnd) out << ", " << sample.loop << " loop " << sample.loopStart << " to " << sample.loopEnd;
-    if (sample.isClone) out << ", clone";
-    out << '\n';
-}
-
-nlohmann::ordered_json SampleAsJson(const SampleFacts& sample) {
-    return {{"number", sample.number},
-            {"name", sample.name},
-            {"frames", sample.frames},
-            {"channels", sample.channels},
-            {"bits", sample.bits},
-            {"volume", sample.volume},
-            {"panning", sample.panning},
-            {"toneRel", sample.toneRel},
-            {"fineTune", sample.fineTune},
-            {"middleRate", sample.middleRate},
-            {"clone", sample.isClone},
-            {"loop", {{"type", sample.loop}, {"start", sample.loopStart}, {"end", sample.loopEnd}}}};
 }
 
 }  // namespace
@@ -117,7 +47,7 @@ SongFacts GatherFacts(const Song& song) {
 
 std::string FormatAsText(const SongFacts& facts) {
     std::ostringstream out;
-    const auto line = [&](const char* label) -> std::ostream& { return out << std::left << std::setw(13) << label; };
+    const auto line = [&](const char* label) -> std::ostream& { return Label(out, label); };
     line("File") << Printable(facts.file) << '\n';
     line("Title") << Trimmed(facts.title) << '\n';
     line("Format") << facts.format << '\n';
@@ -127,7 +57,6 @@ std::string FormatAsText(const SongFacts& facts) {
     line("Order") << facts.orderLength << " positions, " << facts.rows << " rows, restart at " << facts.restart << '\n';
     line("Tempo") << facts.bpm << " BPM, " << facts.ticksPerRow << " ticks a row\n";
     line("Instruments") << facts.instruments.size() << '\n';
-    out << std::right;
     for (const InstrumentFacts& instrument : facts.instruments) {
         out << std::setw(3) << instrument.number << "  " << Trimmed(instrument.name) << '\n';
         for (const SampleFacts& sample : instrument.samples) PrintSample(out, sample);
@@ -139,11 +68,7 @@ std::string FormatAsText(const SongFacts& facts) {
 std::string FormatAsJson(const SongFacts& facts) {
     constexpr const char* kEnds[] = {"song", "circle", "limit"};
     nlohmann::ordered_json instruments = nlohmann::ordered_json::array();
-    for (const InstrumentFacts& instrument : facts.instruments) {
-        nlohmann::ordered_json samples = nlohmann::ordered_json::array();
-        for (const SampleFacts& sample : instrument.samples) samples.push_back(SampleAsJson(sample));
-        instruments.push_back({{"number", instrument.number}, {"name", instrument.name}, {"samples", samples}});
-    }
+    for (const InstrumentFacts& instrument : facts.instruments) instruments.push_back(AsJson(instrument));
     const nlohmann::ordered_json song{{"file", facts.file},
                                       {"title", facts.title},
                                       {"format", facts.format},
@@ -159,8 +84,7 @@ std::string FormatAsJson(const SongFacts& facts) {
                                       {"ticksPerRow", facts.ticksPerRow},
                                       {"instruments", instruments},
                                       {"comments", facts.comments}};
-    // Names of files are any bytes: what is not UTF-8 becomes U+FFFD.
-    return song.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
+    return Dump(song);
 }
 
 }  // namespace vonta

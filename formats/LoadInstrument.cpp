@@ -3,6 +3,7 @@
 #include "formats/LoaderVTI.h"
 #include "formats/LoaderXI.h"
 #include "formats/Loaders.h"
+#include "formats/Repair.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -43,7 +44,7 @@ std::unique_ptr<Instrument> LoadInstrument(const std::string& path, LoadReport& 
     DebugOutput("* Trying Load Instrument (%s)\n", path.c_str());
     auto instrument = LoadInstrumentNative(path, report);
     if (!instrument) instrument = LoadForeign(path, report);
-    if (instrument) instrument->Validate();
+    if (instrument) Repair(*instrument, report);
     return instrument;
 }
 

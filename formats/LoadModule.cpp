@@ -2,6 +2,7 @@
 #include "formats/LoaderVTM.h"
 #include "formats/LoaderXM.h"
 #include "formats/Loaders.h"
+#include "formats/Repair.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -52,7 +53,7 @@ std::unique_ptr<Song> LoadModule(FileStream& stream, bool& outUnknown, LoadRepor
         return nullptr;
     }
     outUnknown = loader->HasUnknownChunks();
-    song->Validate();
+    Repair(*song, report);
     return song;
 }
 

@@ -19,7 +19,7 @@ namespace {
 }  // namespace
 
 void LoadReport::Add(const char* format, ...) {
-    if (lines.size() >= kMaxLines) return;
+    if (lines.size() >= maxLines) return;
     std::va_list arguments;
     va_start(arguments, format);
     lines.push_back(FormatLine(format, arguments));

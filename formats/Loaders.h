@@ -19,10 +19,12 @@ struct PluginLoader;
 
 // What a loader tells the user: what was dropped or repaired, and why a file was refused.
 struct LoadReport {
-    static constexpr int kMaxLines = 20;
+    static constexpr std::size_t kMaxLines = 20;
     static constexpr std::size_t kMaxLineLength = 255;
 
-    std::vector<std::string> lines;                  // at most kMaxLines, each cut to kMaxLineLength
+    std::vector<std::string> lines;                  // at most maxLines, each cut to kMaxLineLength
+    std::size_t maxLines = kMaxLines;                // what a screen has room for
+    std::vector<std::string> repairs;                // what the self-check brought inside the limits
     std::string formatName;                          // what the file was recognised as, such as "XM"
     std::string fxDirectory;                         // third place to look for an effect
     const PluginLoader* plugins = nullptr;           // who loads the plug-ins of the file; null: none can be
@@ -89,7 +91,8 @@ struct SaveOptions {
 // or a failed write (the old file then stays).
 int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& options);
 
-// A WAV file of 16 bits. 0 on success; 1 for a sample without a wave or a failed write, and report.error says why.
+// A WAV file of 16 bits. 0 on success, and report.lines tell what it could not hold; 1 for a sample without a wave or a
+// failed write, and report.error says why.
 int SaveSample(const std::string& path, const Sample& sample, LoadReport& report);
 
 }  // namespace vonta

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <array>
 
+#include "formats/Comments.h"
 #include "formats/ForeignEffects.h"
+#include "formats/SampleSetup.h"
 
 namespace vonta {
 namespace {
@@ -35,6 +37,35 @@ bool HasOwnRouting(const Instrument& instrument) {
            instrument.fineTune != 0 || instrument.effectMap != IdentityEffectMap();
 }
 
+bool KeepsSounding(const Instrument& instrument, const FormatLimits& to) {
+    return instrument.newNoteAction != 0 || (!to.envelopes && instrument.fadeOut != 0);
+}
+
+// Loaders make comments of the names where a format has none.
+bool HasOwnComments(const Song& song) {
+    return !song.comments.empty() && song.comments != CommentsFromNames(song);
+}
+
+bool IsOddVolume(const Cell& cell, const FormatLimits& to) {
+    const bool inColumn = to.volumeColumn && cell.volume <= kMaxVolume && cell.volume % 2 != 0;
+    return inColumn || (cell.effect == kSetVolumeEffect && cell.param % 2 != 0);
+}
+
+bool HasLoop(const Sample& sample) {
+    return sample.data->loopType != VTSAMPLE_LOOP_NONE && sample.data->loopEnd > sample.data->loopStart;
+}
+
+bool HasOddLoop(const Sample& sample) {
+    const auto frames = [&](std::uint32_t floats) { return floats / static_cast<std::uint32_t>(sample.Channels()); };
+    return HasLoop(sample) && (frames(sample.data->loopStart) % 2 != 0 || frames(sample.data->loopEnd) % 2 != 0);
+}
+
+bool PlaysAs(const Sample& sample, std::uint32_t rate) {
+    Sample recorded;
+    TuneSample(recorded, rate);
+    return sample.toneRel == recorded.toneRel && sample.fineTune == recorded.fineTune;
+}
+
 bool HasMixer(const Song& song) {
     const auto isFilled = [](const auto& slot) { return slot != nullptr; };
     return (song.fxSlotTable && std::any_of(song.fxSlotTable->begin(), song.fxSlotTable->end(), isFilled)) ||
@@ -53,6 +84,7 @@ constexpr LossRow<Song> kSongRows[] = {
      }},
     {"Effects, buses and master volume left out",
      [](const Song& s, const FormatLimits&) { return HasMixer(s); }},
+    {"Comments left out", [](const Song& s, const FormatLimits&) { return HasOwnComments(s); }},
 };
 
 constexpr LossRow<Pattern> kPatternRows[] = {
@@ -67,10 +99,15 @@ constexpr LossRow<Cell> kCellRows[] = {
      [](const Cell& c, const FormatLimits& to) { return !to.noteOffs && c.note == kNoteOff; }},
     {"Notes too low for the file",
      [](const Cell& c, const FormatLimits& to) { return c.note < to.lowestNote; }},
+    {"Notes too high for the file",
+     [](const Cell& c, const FormatLimits&) { return c.note > kLastNote && c.note < kNoNote; }},
+    {"Cells with instruments that the file does not have",
+     [](const Cell& c, const FormatLimits& to) { return c.instrument > to.instruments; }},
     {"Volume column entries left out",
      [](const Cell& c, const FormatLimits& to) {
          return to.volumeColumn ? (c.volume & kVolumeCommand) != 0 : c.volume != kNoVolume;
      }},
+    {"Volumes rounded to 64 steps", IsOddVolume},
     {"Effects above F, which become others",
      [](const Cell& c, const FormatLimits&) { return c.effect > kLastForeignEffect; }},
 };
@@ -87,12 +124,16 @@ constexpr LossRow<Instrument> kInstrumentRows[] = {
          return AnyEnabled(i.volumeEnvelopes, first) || AnyEnabled(i.panEnvelopes, first) ||
                 AnyEnabled(i.cutoffEnvelopes, 0) || AnyEnabled(i.resonanceEnvelopes, 0);
      }},
+    {"Instruments that lose their fade-out, or notes that sound on", KeepsSounding},
     {"Instruments that lose sends, filter, equalizer, MIDI or tuning",
      [](const Instrument& i, const FormatLimits&) { return HasOwnRouting(i); }},
 };
 
 constexpr LossRow<Sample> kSampleRows[] = {
-    {"Stereo samples made mono", [](const Sample& s, const FormatLimits&) { return s.Channels() > 1; }},
+    {"Sample names cut or left out",
+     [](const Sample& s, const FormatLimits& to) { return s.name.size() > to.sampleNameLength; }},
+    {"Stereo samples made mono",
+     [](const Sample& s, const FormatLimits& to) { return !to.stereo && s.Channels() > 1; }},
     {"Samples brought down to 8 bits",
      [](const Sample& s, const FormatLimits& to) { return !to.sixteenBits && !s.IsEightBit(); }},
     {"Samples brought down to 16 bits",
@@ -103,12 +144,19 @@ constexpr LossRow<Sample> kSampleRows[] = {
      }},
     {"Ping-pong loops made forward",
      [](const Sample& s, const FormatLimits& to) {
-         return !to.pingPong && s.data->loopType == VTSAMPLE_LOOP_PINGPONG;
+         return to.loops && !to.pingPong && s.data->loopType == VTSAMPLE_LOOP_PINGPONG;
      }},
+    {"Loops left out", [](const Sample& s, const FormatLimits& to) { return !to.loops && HasLoop(s); }},
+    {"Loops moved to even frames",
+     [](const Sample& s, const FormatLimits& to) { return to.loops && !to.oddFrames && HasOddLoop(s); }},
+    {"Tunings left out: the file has one rate",
+     [](const Sample& s, const FormatLimits& to) { return to.fixedRate != 0 && !PlaysAs(s, to.fixedRate); }},
     {"Relative notes and pannings of samples left out",
      [](const Sample& s, const FormatLimits& to) {
-         return !to.tuning && (s.toneRel != 0 || s.panning != 128);
+         return to.fixedRate == 0 && !to.tuning && (s.toneRel != 0 || s.panning != 128);
      }},
+    {"Fine tunings rounded",
+     [](const Sample& s, const FormatLimits& to) { return to.fixedRate == 0 && !to.tuning && s.fineTune % 16 != 0; }},
 };
 
 // Counts for one table.
@@ -181,11 +229,18 @@ void ReportLosses(const Song& song, const FormatLimits& limits, LoadReport& repo
         report.Add("Patterns that no position plays left out: %i", left);
     if (const int left = CountFrom(song.instruments, limits.instruments); left > 0)
         report.Add("Instruments above %i left out: %i", limits.instruments, left);
+    if (const int left = CountFrom(song.synths, 0); left > 0) report.Add("Plug-ins of the song left out: %i", left);
     Tally whole(kSongRows, limits);
     whole.Look(song);
     whole.Tell(report);
     ReportPatterns(song, limits, report);
     ReportInstruments(song, limits, report);
+}
+
+void ReportLosses(const Sample& sample, const FormatLimits& limits, LoadReport& report) {
+    Tally samples(kSampleRows, limits);
+    samples.Look(sample);
+    samples.Tell(report);
 }
 
 }  // namespace vonta

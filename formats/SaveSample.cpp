@@ -1,6 +1,8 @@
 #include <limits>
+#include <string>
 
 #include "formats/Loaders.h"
+#include "formats/SaveLosses.h"
 #include "formats/WavFormat.h"
 #include "formats/WaveBytes.h"
 
@@ -10,6 +12,15 @@ namespace {
 // A sample has no rate of its own, so every file is written with this one.
 constexpr std::uint32_t kSavedRate = 44100;
 constexpr std::uint16_t kSavedBits = 16;
+
+constexpr FormatLimits kWavLimits = {
+    .frames = std::numeric_limits<std::uint32_t>::max(),
+    .sixteenBits = true,
+    .sampleNameLength = std::string::npos,           // the name of the file serves
+    .stereo = true,
+    .loops = false,
+    .fixedRate = kSavedRate,
+};
 
 }  // namespace
 
@@ -28,7 +39,8 @@ int SaveSample(const std::string& path, const Sample& sample, LoadReport& report
         WriteWaveValues<std::int16_t>(out, {sample.Wave(), sample.Count()});
         written = stream.Close();
     }
-    if (!written) report.Fail("%s", stream.Error().c_str());
+    if (written) ReportLosses(sample, kWavLimits, report);
+    else report.Fail("%s", stream.Error().c_str());
     return written ? 0 : 1;
 }
 

@@ -41,6 +41,8 @@ constexpr FormatLimits kXmLimits = {
     .sixteenBits = true,
     .pingPong = true,
     .tuning = true,
+    .sampleNameLength = kXmNameWidth,
+    .oddFrames = true,
 };
 
 // The number of the highest filled place below `end`, plus one.

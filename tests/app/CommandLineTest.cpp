@@ -23,8 +23,10 @@ TEST(CommandLine, EndsWithTheStatusAndTheLineThatTellWhatIsWrong) {
         {{"render", "s.xm", "--max-minutes", "-1"}, 2, "vonta: --max-minutes: "},
         {{"play", "s.xm", "--device", "gramophone"}, 2, "vonta: --device: "},
         {{"info", "s.xm", "t.xm"}, 2, "vonta: "},
+        {{"convert", "s.xm", "s.flac"}, 2, "vonta: OUT: the name must end in one of .vtm, "},
+        {{"convert", "s.xm", "s.mod", "--compress"}, 2, "vonta: --compress: "},
         {{"render", "missing.xm"}, 1, "vonta: missing.xm: "},
-        {{"info", "text.xm"}, 1, "vonta: text.xm: not a song this program knows\n"},
+        {{"info", "text.xm"}, 1, "vonta: text.xm: not a song, an instrument or a sample this program knows\n"},
         {{"info", "empty.xm"}, 1, "vonta: empty.xm: the file is empty\n"},
         {{"info", "."}, 1, "vonta: .: "},
         {{"play", "cut.xm"}, 1, "vonta: cut.xm: "},
@@ -48,7 +50,7 @@ TEST(CommandLine, EndsWithTheStatusAndTheLineThatTellWhatIsWrong) {
 
 TEST(CommandLine, HelpAndVersionAreEverywhere) {
     TempDirectory directory;
-    for (const char* command : {"", "render", "info", "play"})
+    for (const char* command : {"", "render", "convert", "info", "check", "play"})
         for (const char* request : {"--help", "--version"}) {
             std::vector<std::string> arguments{request};
             if (*command) arguments.insert(arguments.begin(), command);

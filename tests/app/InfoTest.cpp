@@ -2,8 +2,11 @@
 
 #include <nlohmann/json.hpp>
 
+#include "formats/Loaders.h"
+#include "formats/SaverVTI.h"
 #include "tests/support/RunVonta.h"
 #include "tests/support/SmallXm.h"
+#include "tests/support/SongBuilder.h"
 
 namespace vonta::test {
 namespace {
@@ -46,6 +49,38 @@ TEST(Info, TheDurationIsThatOfTheRendering) {
     ASSERT_EQ(RunVonta({"render", "s.xm"}, directory.Path()).status, 0);
     const double frames = static_cast<double>(directory.Bytes("s.wav").size() - 44) / 4;
     EXPECT_NEAR(JsonOf(xm)["durationSeconds"], frames / 44100, 1e-6);
+}
+
+TEST(Info, InstrumentsAndSamplesHaveTheirOwnFacts) {
+    TempDirectory directory;
+    const auto instrument = MakeInstrument(MakeSample(SineWave(100, 2), 2, {VTSAMPLE_LOOP_PINGPONG, 10, 90}));
+    instrument->SetName("Two sides");
+    instrument->SetKeySample(12, 4, 0, 63);
+    instrument->volumeEnvelopes[1].enabled = instrument->volumeEnvelopes[1].sustainOn = 1;
+    ASSERT_EQ(SaveInstrument(directory.File("i.vti"), *instrument), 0);
+    LoadReport report;
+    ASSERT_EQ(SaveSample(directory.File("s.wav"), *instrument->GetSample(0), report), 0);
+    directory.Write("s.raw", "1234");
+    const auto jsonOf = [&](const char* name) {
+        return nlohmann::json::parse(RunVonta({"info", "--json", name}, directory.Path()).out);
+    };
+    const auto facts = jsonOf("i.vti");
+    EXPECT_EQ(facts["format"], "VTI");
+    EXPECT_EQ(facts["name"], "Two sides");
+    EXPECT_EQ(facts["samples"][0]["loop"], nlohmann::json({{"type", "ping-pong"}, {"start", 10}, {"end", 90}}));
+    EXPECT_EQ(facts["zones"].size(), 4u);            // keys below 12, two zones of 12, and the keys above
+    EXPECT_EQ(facts["zones"][1], nlohmann::json({{"keys", {12, 12}}, {"velocities", {0, 63}}, {"samples", {5}}}));
+    EXPECT_EQ(facts["envelopes"][0]["alternative"], 2);
+    EXPECT_EQ(facts["envelopes"][0]["sustain"], 1);
+    const auto wave = jsonOf("s.wav");
+    EXPECT_EQ(wave["channels"], 2);
+    EXPECT_EQ(wave["frames"], 100);
+    EXPECT_EQ(wave["bits"], 16);
+    EXPECT_NEAR(wave["middleRate"], 44100, 20);      // to the fine tune's step
+    EXPECT_EQ(jsonOf("s.raw")["frames"], 4);
+    const std::string text = RunVonta({"info", "i.vti"}, directory.Path()).out;
+    EXPECT_NE(text.find("C-1 to C-1, velocity 0 to 63: 5\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("volume 2: 5 points, 160 ticks, sustain at point 1\n"), std::string::npos) << text;
 }
 
 TEST(Info, NamesOfFilesAreHarmlessInBothForms) {

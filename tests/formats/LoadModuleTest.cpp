@@ -44,6 +44,8 @@ TEST(LoadModule, TheSongIsValidated) {
     EXPECT_EQ(song->tempo, kMinTempo);
     EXPECT_EQ(song->length, 1u);
     EXPECT_EQ(song->restartPos, 0u);
+    EXPECT_EQ(report.repairs.size(), 4u);
+    EXPECT_EQ(report.repairs[0], "Starting BPM 999 became 255");
     EXPECT_FALSE(unknown);
 }
 

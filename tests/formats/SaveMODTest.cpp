@@ -171,38 +171,49 @@ TEST(SaveMOD, OrdersDecideWhichPatternsAreWritten) {
 }
 
 TEST(SaveMOD, EverythingLostIsToldOnceWithItsCount) {
-    auto instrument = MakeInstrument(MakeSample({1, 2, 3, 4}, 2, {VTSAMPLE_LOOP_PINGPONG, 0, 2}));
+    auto instrument = MakeInstrument(MakeSample({1, 2, 3, 4}, 2, {VTSAMPLE_LOOP_PINGPONG, 0, 1}));
     instrument->SetName("a name that is far too long for it");
     instrument->SetKeySample(5, 1, 0, 63);
     instrument->volumeEnvelopes[0].enabled = 1;
     instrument->filterOn = 1;
     instrument->kind = 1;
     instrument->GetSample(0)->toneRel = 12;
+    instrument->GetSample(0)->fineTune = 20;
+    instrument->GetSample(0)->name = "lost";
+    instrument->fadeOut = 1;
     instrument->AddSample(MakeSample({0}));
     const auto song = SongBuilder().Channels(2).Bpm(140).Instrument(0, std::move(instrument))
                           .SampleInstrument(31, std::vector<float>(200000)).Note(0, 0, kNoteOff, 0, 64, 17, 1)
-                          .Note(1, 1, 3, 1, 0x8060).Build();
+                          .Note(1, 1, 3, 40, 0x8060, 12, 3).Build();
     song->masterVolume = 0.5f;
+    song->comments = "for nobody";
     song->title = "more than twenty characters";
     EXPECT_EQ(JoinLines(SaveBytes(*song, SaveMode::Mod).report),
               "Instruments above 31 left out: 1\n"
               "Titles cut: 1\n"
               "Starting tempo and BPM left out (the file has 6 and 125): 1\n"
               "Effects, buses and master volume left out: 1\n"
+              "Comments left out: 1\n"
               "Note offs left out: 1\n"
               "Notes too low for the file: 1\n"
+              "Cells with instruments that the file does not have: 1\n"
               "Volume column entries left out: 2\n"
+              "Volumes rounded to 64 steps: 1\n"
               "Effects above F, which become others: 1\n"
               "Samples left out, of instruments with many: 1\n"
               "Instrument names cut: 1\n"
               "Plug-ins of instruments left out: 1\n"
               "Instruments that lose velocity zones or layers: 1\n"
               "Instruments that lose envelopes: 1\n"
+              "Instruments that lose their fade-out, or notes that sound on: 1\n"
               "Instruments that lose sends, filter, equalizer, MIDI or tuning: 1\n"
+              "Sample names cut or left out: 1\n"
               "Stereo samples made mono: 1\n"
               "Samples brought down to 8 bits: 1\n"
               "Ping-pong loops made forward: 1\n"
-              "Relative notes and pannings of samples left out: 1\n");
+              "Loops moved to even frames: 1\n"
+              "Relative notes and pannings of samples left out: 1\n"
+              "Fine tunings rounded: 1\n");
 }
 
 TEST(SaveMOD, SavedAndLoadedIsTheSameWhereTheFormatHasAPlace) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "tests/support/FakePlugins.h"
 #include "tests/support/ModuleBytes.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/XmBuilder.h"
@@ -209,9 +210,12 @@ TEST(SaveXM, EverythingLostIsToldOnceWithItsCount) {
     instrument->volumeEnvelopes[0].enabled = 1;      // this one has its place
     instrument->panEnvelopes[7].enabled = 1;
     for (int i = 1; i < 20; ++i) instrument->AddSample(MakeSample({0}));
-    const auto song = OneRow().Instrument(0, std::move(instrument)).Note(0, 0, kNoteOff, 0, 0x8070, 16).Build();
+    const auto song = OneRow().Instrument(0, std::move(instrument)).Note(0, 0, kNoteOff, 0, 0x8070, 16).Volume(0, 1, 33).Build();
+    song->SetSynth(3, std::make_unique<test::FakeSynth>("lead.dll"));
     EXPECT_EQ(JoinLines(SaveBytes(*song, SaveMode::Xm).report),
+              "Plug-ins of the song left out: 1\n"
               "Volume column entries left out: 1\n"
+              "Volumes rounded to 64 steps: 1\n"
               "Effects above F, which become others: 1\n"
               "Samples left out, of instruments with many: 4\n"
               "Instruments that lose velocity zones or layers: 1\n"

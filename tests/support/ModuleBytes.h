@@ -38,6 +38,7 @@ struct Saved {
 inline Saved SaveBytes(Song& song, SaveMode mode) {
     MemoryStream stream;
     Saved saved;
+    saved.report.maxLines = 100;
     SaveOptions options;
     options.report = &saved.report;
     if (SaveFile(&stream, mode, song, options) == 0) saved.bytes = stream.Bytes();
