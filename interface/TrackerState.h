@@ -68,7 +68,8 @@ struct EditValues {
     bool operator==(const EditValues&) const = default;
 };
 
-// Work that waits for ApplyPending, in the order in which it is done.
+// Work that waits for ApplyPending, in the order in which it is done. Slots and numbers count from 0; file names may
+// hold directories.
 struct PendingRequests {
     bool deleteInstrument = false, deleteSample = false;
     struct { int slot = 0; std::unique_ptr<Instrument> object; std::string fileName; } instrument;
@@ -107,6 +108,9 @@ public:
     std::array<bool, kTracks> m_marks{};         // channels of multichannel entry
     int m_nNextMarked = -1;
     struct { std::uint16_t instrument = 0, effect = 0, param = 0, volume = 0; } m_cell;   // under the cursor
+    // Where the player stands, as of this frame: what the paint code reads, while the player runs on.
+    int m_nCursorRow = 0, m_nPatternNumber = 0, m_nOrderPosition = 0;
+    const Pattern* m_pPattern = nullptr;         // on view; never null after the first ApplyPending
     std::string m_szSongName, m_szInstrumentName, m_szSampleName;   // file names of the Disk Op
 
     // Hands the configuration to the player and the pending values, and reads Env.cfg of the start directory. Once, when
@@ -138,7 +142,8 @@ public:
     void SetVisibleChannels(int wanted);         // 0, 4, 8, 16, 24, 32: into pending
     int SongChannels() const;
 
-    // --- Selection. Selection.cpp. Positions are pixels from the corner (0, 248) of the pattern view.
+    // --- Selection. Selection.cpp. Positions are pixels from the corner (0, 248) of the pattern view, for keys and
+    // mouse alike: the cursor row begins at y = 169.
     void SelectionStart(int x, int y);
     void SelectionExtend(int x, int y, bool autoscroll);
     void SelectionOff();
@@ -155,14 +160,20 @@ public:
     void InsertLine();
     void DeleteBack();
     void DeleteLine();
-    void WriteMacro(int macro);
+    void WriteMacro(int macro);                  // 0 to 9
     void ReadMacro(int macro);                   // the caller saves the environment
     void MarkChannel(int channel, bool marked);
 
     // --- Clipboards. Clipboards.cpp
-    void CutTrack(); void CopyTrack(); void PasteTrack();
-    void CutPattern(); void CopyPattern(); void PastePattern();
-    void CutBlock(); void CopyBlock(); void PasteBlock();
+    void CutTrack();
+    void CopyTrack();
+    void PasteTrack();
+    void CutPattern();
+    void CopyPattern();
+    void PastePattern();
+    void CutBlock();                             // nothing without a selection, as the next
+    void CopyBlock();
+    void PasteBlock();                           // at the cursor, cut off at the pattern's end
 
     // --- Whole ranges. RangeEdit.cpp
     void Transpose(Scope scope, bool selectedInstrumentOnly, int semitones);
@@ -183,16 +194,23 @@ public:
     void ChangeTempo(int by);
     void ChangeCursorAdd(int by);                // wraps between 0 and 32
     void ChangeRows(int by);
-    void ChangeChannels(int by);                 // in steps of 2, 2 to 64; kills what is cut off
-    void NewSong(); void ClearPatterns(); void ClearInstruments(); void ClearEffects();   // requests: the Zap
+    void ChangeChannels(int by);                 // 2 or -2; 2 to 64; kills what is cut off
+    void NewSong();                              // a request, as the next three: the Zap
+    void ClearPatterns();
+    void ClearInstruments();
+    void ClearEffects();
 
     // --- Instruments and samples. InstrumentEdit.cpp. Each holds the mixer and stops the notes.
     Instrument* SelectedInstrument() const;      // null if the slot is empty
     Sample* SelectedSample() const;
     Instrument& EnsureInstrument(int slot);      // with one empty sample, if the slot is empty
     Sample& EnsureSample(int instrument, int sample);
-    void CopyInstrument(); void ExchangeInstruments(); void DeleteInstrument();
-    void CopySample(); void ExchangeSamples(); void DeleteSample();
+    void CopyInstrument();                       // source over selected
+    void ExchangeInstruments();
+    void DeleteInstrument();                     // the selected one, as below
+    void CopySample();
+    void ExchangeSamples();
+    void DeleteSample();
     void SelectItem(ListKind list, int item);    // from 1, limited
     void SetBlock(ListKind list, int block);     // keeps the bank bit
     void ToggleBank(ListKind list);
@@ -208,14 +226,54 @@ public:
     void ToggleMute(int channel);
 
 private:
+    struct Place { int channel, row; };
+
+    // CursorMoves.cpp
+    void LimitCursor();
+
+    // Selection.cpp
+    Place PlaceAt(int x, int y) const;
+    void ScrollToSelect(Place at);
+    void SelectByKeys();
+
+    // Entry.cpp
+    template <class Edit> void EditCursorCell(Edit edit);
+    int NextMarked(int from) const;
+    void ValidateNextMarked();
+    template <class Shift> void ShiftTracks(int first, int end, Shift shift);
+
+    // Clipboards.cpp
+    void CopyBlockCells(bool cut);
+
+    // RangeEdit.cpp
+    template <class Edit> void EditCells(Scope scope, Edit edit);
+
+    // InstrumentEdit.cpp
+    void InstallInstrument(int slot, std::unique_ptr<Instrument> instrument);
+    void InstallSample(int instrument, int sample, std::unique_ptr<Sample> object);
+
+    // ApplyPending.cpp, in this order.
+    void ApplyDeletes();
+    void ApplyInstrument();
+    void ApplySynth();
+    void ApplySample();
+    void ApplyEffects();
+    void ApplySong();
+    void ApplyZaps();
+    void ApplySoloChannel();
+    void TakeFrame();
+
     SndPlayer& player_;
     Config& config_;
     Environment& environment_;
+    Applied applied_;                            // since the last ApplyPending
 
     std::unique_ptr<Pattern> patternClipboard_, blockClipboard_;
     std::unique_ptr<Track> trackClipboard_;
+    bool patternCopied_ = false, trackCopied_ = false;
     int blockWidth_ = 0, blockHeight_ = 0;       // of the last copy
     int scrollCountdown_ = 10;                   // calls of SelectionExtend until the view moves sideways
+    int soloChannel_ = -1;                       // that sounds alone, as of the last frame; -1 none
 };
 
 }  // namespace vonta
