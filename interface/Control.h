@@ -59,4 +59,13 @@ ControlCallback Bind(Owner* owner) {
     return {owner, [](void* self, ControlRecord& record) { (static_cast<Owner*>(self)->*operation)(record); }};
 }
 
+template <class> struct OwnerOf;
+template <class Owner> struct OwnerOf<void (Owner::*)(ControlRecord&)> { using Type = Owner; };
+
+// The code alone, for tables whose reader knows the owner: Press<&DiskOpScreen::OnLoad>.
+template <auto operation>
+void Press(void* owner, ControlRecord& record) {
+    (static_cast<typename OwnerOf<decltype(operation)>::Type*>(owner)->*operation)(record);
+}
+
 }  // namespace vonta

@@ -19,4 +19,9 @@ void Screen::PaintLayout(const ScreenLayout& layout) {
     look_ = {layout.x, layout.y, static_cast<std::uint32_t>(Pictures().LoadSkinBitmap(layout.pressedBitmap))};
 }
 
+void Screen::DeclareButton(const LayoutItem& item, ControlCallback onClick, const ControlRecord& record, bool latched) {
+    if (latched) Regions().LatchedButton(item, onClick, look_, record);
+    else Regions().Button(item, onClick, look_, record);
+}
+
 }  // namespace vonta

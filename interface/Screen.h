@@ -2,6 +2,8 @@
 // controls whose callbacks call operations; it keeps no copy of the song.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 
 #include "interface/MouseRegions.h"
@@ -16,6 +18,7 @@ class Video;
 struct Config;
 struct Fonts;
 struct Song;
+template <class S> struct ControlRow;
 
 // In slot order.
 enum ScreenSlot : int {
@@ -61,6 +64,11 @@ protected:
     const PressedLook& Look() const { return look_; }
     bool HasPainted() const { return look_.surface != ControlRecord::kNoSurface; }   // before: no controls
 
+    // The buttons of a table, and one of them. Not before the layout was painted.
+    template <class S, std::size_t rows>
+    void DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows]);
+    void DeclareButton(const LayoutItem& item, ControlCallback onClick, const ControlRecord& record, bool latched);
+
 private:
     TrackerInterface& ui_;
     int group_;
@@ -72,10 +80,24 @@ private:
 template <class S>
 struct ControlRow {
     int id;
-    void (S::*onClick)(ControlRecord& record);
+    void (*press)(void* screen, ControlRecord& record);   // Press<&S::Operation>
     std::int32_t param = 0;
     std::uint32_t events = kOnRelease;
     bool (S::*latched)(std::int32_t param) const = nullptr;
 };
+
+// Buttons that count: on the press, and again while they are held.
+constexpr std::uint32_t kRepeating = kOnLeftPress | kOnLeftHeld;
+
+template <class S, std::size_t rows>
+void Screen::DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows]) {
+    for (const ControlRow<S>& row : table) {
+        ControlRecord record;
+        record.param = row.param;
+        record.events = row.events;
+        const bool latched = row.latched && (screen->*row.latched)(row.param);
+        DeclareButton(ItemOf(layout, row.id), {screen, row.press}, record, latched);
+    }
+}
 
 }  // namespace vonta

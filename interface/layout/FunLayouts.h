@@ -8,7 +8,7 @@ namespace vonta {
 enum VisualControl : int { kVisualLoad, kVisualExit, kVisualPicture };
 
 inline constexpr LayoutItem kVisualItems[] = {
-    {Look::View, kVisualPicture, 8, 4, 320, 240},
+    {Look::View, kVisualPicture, 14, 4, 320, 240},
     TitleAt(343, 5, "Visual"),
     ButtonAt(Look::Button, kVisualLoad, 343, 25, 9, "Load"),
     ButtonAt(Look::Button, kVisualExit, 356, 225, 8, "Exit"),
@@ -19,7 +19,7 @@ enum GameControl : int { kGamePlay, kGameReset, kGameLoad, kGameAbout, kGameHelp
 
 inline constexpr LayoutItem kGameItems[] = {
     TitleAt(16, 7, "Game"),
-    {Look::View, kGamePicture, 147, 3, 506, 242},
+    {Look::View, kGamePicture, 203, 2, 506, 242},
     ButtonAt(Look::Button, kGamePlay, 15, 198, 8),          // the program prints "Play" or "Pause"
     ButtonAt(Look::Button, kGameReset, 15, 223, 8, "Reset"),
     ButtonAt(Look::Button, kGameLoad, 718, 157, 8, "Load"),
@@ -29,6 +29,7 @@ inline constexpr LayoutItem kGameItems[] = {
 };
 inline constexpr ScreenLayout kGameLayout = {"FunGame", 39, 40, 0, 0, 800, 248, kGameItems};
 
+// The picture of the effect is as large as its view: see AboutScreen.h for the files behind it.
 enum AboutControl : int { kAboutExit, kAboutPicture, kAboutCredits, kAboutScroller };
 
 inline constexpr LayoutItem kAboutItems[] = {
