@@ -16,7 +16,7 @@ class PackFile;
 
 class Font {
 public:
-    static constexpr int kHeight = 16;           // rows of a character
+    static constexpr int kGlyphs = 256, kHeight = 16;   // rows of a character
 
     // width of the glyph image, advance from character to character, both in pixels. False if the image cannot be read.
     bool Load(PackFile* pack, const std::string& name, const PixelFormat& format, int width, int advance);
@@ -39,9 +39,14 @@ private:
     struct Run {
         std::uint8_t row = 0, column = 0, length = 0;
     };
-    std::array<std::vector<Run>, 256> glyphs_;
+    static void AddRuns(std::vector<Run>& runs, int row, const std::uint8_t* pixels, int columns);
+    void Draw(int x, int y, std::uint32_t colour, std::string_view text) const;
+    template <int bytes>
+    void DrawGlyph(const std::vector<Run>& runs, int x, int y, std::uint32_t colour) const;
+
+    std::array<std::vector<Run>, kGlyphs> glyphs_;
     std::uint8_t* address_ = nullptr;
-    int pitch_ = 0, advance_ = 0, bytesPerPixel_ = 4;
+    int pitch_ = 0, advance_ = 0, bitsPerPixel_ = 32;
     std::uint32_t colour_ = 0xFFFFFF;
     bool muted_ = false;
 };

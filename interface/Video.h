@@ -16,6 +16,7 @@ namespace vonta {
 
 class Display;
 class PackFile;
+struct ImageRequest;
 
 // How a colour is packed into a pixel of the mode.
 struct PixelFormat {
@@ -84,8 +85,9 @@ public:
     // Each takes the next free slot and returns it; kNoSlot when all are used. A picture that cannot be read leaves a
     // slot without a surface. forceAlpha as `flag`: black is transparent whatever the depth of the file.
     int LoadBitmap(PackFile* pack, const std::string& name, bool forceAlpha = false);
-    // Frame `frame` (1 to count) of a strip of frames side by side: column frame - 1 of each `count` columns.
-    int LoadStrip(PackFile* pack, const std::string& name, int frame, int count);
+    // Every frame-th column of the picture, from the first: frame n is n times narrower, and n of it side by side are as
+    // wide as the whole.
+    int LoadStrip(PackFile* pack, const std::string& name, int frame);
     int CreateEmpty(int width, int height);
     std::array<std::uint8_t, 3> ColourOfBitmap(PackFile* pack, const std::string& name);   // red, green, blue of the first pixel
     int WidthOf(int id) const;
@@ -95,7 +97,8 @@ public:
     std::uint32_t PackVisible(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;   // never 0 but for black
     std::uint32_t PackRgb(std::uint32_t rgb) const;   // 0x00RRGGBB
 
-    // Direct drawing on the surface set last; nothing with address null. Lines clear the pixel below and to the right.
+    // Direct drawing on the back surface as it was locked; nothing with address null. Lines have a black shadow one
+    // pixel below and to the right.
     void SetTarget(std::uint8_t* address, int pitch);
     void PutPixel(int x, int y, std::uint32_t colour);
     void DrawLine(int x0, int y0, int x1, int y1, std::uint32_t colour);
@@ -108,13 +111,21 @@ private:
         std::unique_ptr<Surface> surface;
         int width = 0, height = 0;
         bool hasAlpha = false;
-        int frames = 0, frame = 0;               // of a strip; 0: a plain bitmap
+        bool used = false;
+        int frames = 0;                          // of a strip; 0: a plain bitmap
     };
+
+    Slot* Find(int id);                          // null if there is none
+    int NextFreeSlot();                          // a released one serves again
+    void BlitOntoBack(int sourceX, int sourceY, int width, int height, int x, int y, int id, bool keyed);
+    int LoadPicture(PackFile* pack, const std::string& name, int frame, bool forceAlpha);
+    bool Fill(int id, bool forceAlpha);          // reads the slot's file into its surface
+    void Convert(const ImageRequest& image, int step, Surface& surface) const;
 
     Display& display_;
     PixelFormat format_;
     std::unique_ptr<Surface> back_;
-    std::vector<Slot> slots_;                    // used ones; grows only
+    std::vector<Slot> slots_;                    // at most kSlots
     std::uint8_t* target_ = nullptr;
     int targetPitch_ = 0;
 };
