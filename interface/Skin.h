@@ -19,14 +19,19 @@ constexpr int kBitmaps = 512;
 constexpr int kSkinVersion076 = 7600, kSkinVersion078 = 7800, kSkinVersion081 = 8100, kNoSkinVersion = -1;
 constexpr const char* kDefaultSkinName = "Default.vts";
 
-// Numbers that code names. The whole table is in Skin.cpp; the rest are written in the layouts.
+// Numbers that code names. The whole table is in SkinTable.cpp; the rest are written in the layouts.
 enum Bitmap : int {
     kBitmapAboutPicture = 47, kBitmapLoading = 55, kBitmapSlider = 190, kBitmapRedKnob = 195, kBitmapGreenKnob = 259,
-    kBitmapBlueKnob = 323, kBitmapRecording = 120, kBitmapCursor = 82, kBitmapChannelNumber = 83,
+    kBitmapBlueKnob = 323, kBitmapRecording = 120, kBitmapCursor = 82,
 };
 constexpr int kKnobPositions = 64;
 
-// "skin\BGrounds\OpLeft.tga"; empty for a number that the table does not list. strip: the frame, 1 to 32, or 0.
+// The mark of a muted channel: bitmap kBitmapMutedWhole - 1 + n is the picture n times narrower, and so fits a cell of a
+// row of n channels (1 to 32).
+constexpr int kBitmapMutedWhole = 83, kMutedStrips = 32;
+
+// "skin\BGrounds\OpLeft.tga"; empty for a number that the table does not list. strip: the frame of Video::LoadStrip,
+// 1 to 32, or 0.
 struct BitmapEntry {
     std::string name;
     int strip = 0;

@@ -1,0 +1,62 @@
+#include "interface/Input.h"
+
+#include <algorithm>
+
+#include "app/config/KeyTable.h"
+#include "platform/Debug.h"
+
+namespace vonta {
+
+Input::Input() : repeats_(std::size_t{kMasks} * kKeys * kActions, kNotArmed) {}
+
+void Input::OnKey(int scanCode, bool pressed) {
+    const bool full = queue_.size() >= kMaxQueued;
+    if (full && (pressed || queue_.size() >= 2 * kMaxQueued)) return;
+    queue_.push_back({scanCode, pressed});
+}
+
+void Input::OnMouse(int x, int y, bool left, bool right) {
+    x_ = x;
+    y_ = y;
+    left_ = left;
+    right_ = right;
+}
+
+void Input::Reset() {
+    queue_.clear();
+    count_ = 0;
+    std::fill(repeats_.begin(), repeats_.end(), kNotArmed);
+}
+
+void Input::Poll() {
+    count_ = static_cast<int>(std::min<std::size_t>(queue_.size(), kMaxEvents));
+    std::copy_n(queue_.begin(), count_, events_.begin());
+    queue_.erase(queue_.begin(), queue_.begin() + count_);
+}
+
+void Input::GetEvent(int index, int& key, bool& pressed) const {
+    key = kNoKey;
+    pressed = false;
+    if (index < 0 || index >= count_) return;
+    const KeyEvent& event = events_[static_cast<std::size_t>(index)];
+    key = KeyOfScanCode(event.scanCode);
+    pressed = event.pressed;
+    if (key == kNoKey) DebugOutput("*warning: key pressed not in case\n");
+}
+
+void Input::ArmRepeat(int key, int mask, int action, std::uint32_t delay) { Repeat(key, mask, action) = delay; }
+
+void Input::DisarmKey(int key) {
+    for (int mask = 0; mask < kMasks; ++mask)
+        std::fill_n(&Repeat(key, mask, 0), kActions, kNotArmed);
+}
+
+// Numbers beyond a table's end wrap within it.
+std::uint32_t& Input::Repeat(int key, int mask, int action) {
+    const auto at = [](int value, int count) { return static_cast<std::size_t>(value) & static_cast<std::size_t>(count - 1); };
+    return repeats_[(at(mask, kMasks) * kKeys + at(key, kKeys)) * kActions + at(action, kActions)];
+}
+
+float Input::GetMouseWheel() { return std::exchange(wheel_, 0.0f); }
+
+}  // namespace vonta
