@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "interface/MouseRegions.h"
 
@@ -19,6 +20,7 @@ struct Config;
 struct Fonts;
 struct Song;
 template <class S> struct ControlRow;
+enum ListKind : int;
 
 // In slot order.
 enum ScreenSlot : int {
@@ -42,6 +44,9 @@ public:
     virtual void Init() {}                      // once, before the first frame
     virtual bool OnWheel(int notches) { (void)notches; return false; }   // up is positive; true if taken
     virtual bool OnAction(int action) { (void)action; return false; }    // a key action that is the screen's own; true if taken
+
+    // The list of the main panel that this screen works on, if it says.
+    virtual std::optional<ListKind> List() const { return {}; }
 
     int Group() const { return group_; }        // 1 to 7
     bool IsVisible() const { return visible_; }

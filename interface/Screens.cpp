@@ -4,6 +4,8 @@
 #include <cstddef>
 
 #include "interface/layout/ComingLayouts.h"
+
+#include "interface/layout/ComingLayouts.h"
 #include "interface/layout/ConfigLayout.h"
 #include "interface/layout/DiskOpLayout.h"
 #include "interface/layout/FunLayouts.h"

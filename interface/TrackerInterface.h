@@ -26,13 +26,16 @@ namespace vonta {
 
 class DiskOpScreen;
 
-// Its size fits a screen's pixel: the modes of the question.
+// What the question offers: Yes and No, five choices, or the options of a save.
 enum class DialogMode : int { YesNo = 1, Zap = 2, Save = 3 };
+constexpr int kZapChoices = 5;
 
 class TrackerInterface {
 public:
     static constexpr int kMaxTextLength = 24;    // characters of an edited text
-    static constexpr int kFirstQueuedVoice = 256;   // m_noteVoice: no voice
+    static constexpr int kPianoKeys = 38;        // of both rows
+    static constexpr int kBusyX = 280, kBusyY = 280;   // of the picture that tells of a load or save
+    static constexpr std::uint16_t kNoVoice = 256;   // m_noteVoice: no note is held
 
     TrackerInterface(InterfaceHost& host, TrackerState& state, Video& video, Input& input, ResourcePacks& packs);
     ~TrackerInterface();
@@ -48,20 +51,25 @@ public:
     MouseRegions& Regions() { return regions_; }
     Screen& GetScreen(int slot) { return *m_screens[static_cast<std::size_t>(slot)]; }
     DiskOpScreen& DiskOp();
+    void SetClock(std::function<std::uint32_t()> milliseconds) { clock_ = std::move(milliseconds); }   // a test's own
+    std::uint32_t Now() const { return clock_(); }               // milliseconds; wraps
 
     // --- Start. Start.cpp. Goes through on the first run and after each change of the video mode.
     int Start(bool firstRun);                    // 0, or 1 if the mode cannot be had
     void ReleaseSurfaces();
-    void RunCurtain(const std::function<void()>& pump);          // opens; the caller's pump runs each frame
+    // Opens, or is cut short by a key or a button of the mouse; the caller's pump takes the window's events each frame.
+    void RunCurtain(const std::function<void()>& pump);
     void FadeOut(const std::function<void()>& pump);             // closes while the sound fades
+    int VisualSurface() const { return visualSurface_; }         // slots of what the visual and the game draw on
+    int GameSurface() const { return gameSurface_; }
 
     // --- One frame. Paint.cpp
     void Paint();
 
     // --- Screens. ScreenGroups.cpp
     void ShowScreen(int slot);
-    void ToggleScreen(int slot);
-    void ShowOnly(int slot);                     // like ToggleScreen, but never hides
+    void ToggleScreen(int slot);                 // hiding brings the group's default back
+    void ShowOnly(int slot) { ShowScreen(slot); }   // like ToggleScreen, but never hides
     void HideGroup(int group);
     void ResetGroup(int group);
     bool IsVisible(int slot) const { return m_screens[static_cast<std::size_t>(slot)]->IsVisible(); }
@@ -77,7 +85,7 @@ public:
     void ReleaseNote(int note);                  // 0 to 95, as played
     void OnEscape();                             // ends text editing, or asks to quit
     void ForgetKeys();                           // the window lost or gained the focus
-    int ModifierMask() const;
+    int ModifierMask() const;                    // of KeyModifierMask
     bool ShiftHeld() const { return m_bShift; }
     bool AltHeld() const { return m_bAlt; }
     bool TakeAltFresh() { return std::exchange(m_bAltFresh, false); }
@@ -92,10 +100,13 @@ public:
     void AskToQuit();                            // one question, however often it is asked
     // A line of what happened, with one button: a failed load or save is told so.
     void Tell(const std::string& text);
-    void CloseQuestion();
+    void AskForZap();
+    void CloseQuestion();                        // nothing else happens; nothing at all if none is open
+    // Each closes the question first, so that its work may ask another.
     void AnswerYes();
     void AnswerNo();
-    void AnswerChoice(int choice);
+    void AnswerChoice(int choice);               // of the Zap, 0 to kZapChoices - 1
+    bool IsTelling() const { return tellOnly_; } // there is nothing to choose: one button
     DialogMode Mode() const { return m_nDialogMode; }
     const std::string& QuestionText() const { return m_szDialogText; }
 
@@ -104,13 +115,35 @@ public:
     void EndTextEdit() { m_bEndTextEdit = true; }
     void StopTextEdit();                         // at once: the text's owner is going
     bool IsEditingText() const { return editedText_ != nullptr; }
-    void OnCharacter(std::string_view utf8);     // as typed
+    void OnCharacter(std::string_view utf8);     // as typed; "\b", "\r" and "\x1b" do what their keys do
     void OnBackspace();
 
 private:
+    int StartVideo();
+    void LoadLoadingScreen();
+    void AdvanceLoading();
+    void BlitCurtain(int open);                  // 0 closed, kPictureWidth open
+
+    void AnswerPending();
+    void ApplySolo(bool newSong);
     void PaintScreens();
-    void PaintLocked();
-    void ApplySolo();
+    void PaintText();
+    void PaintQuestion();
+    void PaintBusyText();
+    void PaintOverlays();
+    bool Lock();
+    void Unlock();
+    bool IsBusy() const { return state_.m_bSaveRequested || state_.m_bLoadRequested; }
+
+    void PollKeys();
+    void PollWheel();
+    void PollMidi();
+    void UpdateModifiers(int key, bool pressed);
+    void OnRelease(int key);
+    void Arm(int key, int action);
+    void AnswerKey(int key);
+    void OnZap(ControlRecord& record);
+    void OnQuit(ControlRecord& record);
 
     InterfaceHost& host_;
     TrackerState& state_;
@@ -122,25 +155,27 @@ private:
     MouseRegions regions_;
     std::array<std::unique_ptr<Screen>, kScreens> m_screens;
 
-    int m_nBits = 32;
-    bool m_bFullscreen = false, m_bForceBlit = false, m_bSoftwareMouse = false;
+    bool m_bSoftwareMouse = false;
     bool m_bAltFresh = false, m_bShift = false, m_bControl = false, m_bAlt = false;
+    std::function<std::uint32_t()> clock_;
     std::uint32_t m_nKeyLast = 0, m_nKeyRest = 0, m_nMouseLast = 0, m_nMouseRest = 0;   // milliseconds
-    std::array<std::uint16_t, kLastNote + 1> m_noteVoice;
+    float wheelRest_ = 0;                        // of a notch
+    std::array<std::uint16_t, kLastNote + 1> m_noteVoice;        // handle of the note that a key holds
+    std::array<std::int8_t, kPianoKeys> heldNotes_;              // by key of the piano rows; -1 none
     bool m_bEndTextEdit = false;
     std::string* editedText_ = nullptr;
     bool keyboardOwned_ = false;
     bool lastLeft_ = false, lastRight_ = false;
 
     DialogMode m_nDialogMode = DialogMode::YesNo;
-    int m_nDialogBitmap = 25, m_nDialogPressedBitmap = 26;
     ControlCallback m_pfnYes, m_pfnNo, m_pfnChoice;
     std::string m_szDialogText;
-    bool tellOnly_ = false;
+    bool tellOnly_ = false, quitAsked_ = false;
 
-    int loadingLeft_ = -1, loadingRight_ = -1, progressUnit_ = -1, mousePicture_ = -1;   // slots
+    int loadingLeft_ = Video::kNoSlot, loadingRight_ = Video::kNoSlot, progressUnit_ = Video::kNoSlot;
+    int mousePicture_ = Video::kNoSlot, visualSurface_ = Video::kNoSlot, gameSurface_ = Video::kNoSlot;
     int progress_ = 0;                           // units of the loading screen
-    int soloInstrument_ = 0;                     // that sounds alone, as of the last frame; 0 none
+    int soloInstrument_ = 0;                     // that sounds alone, as of the last frame, from 1; 0 none
 };
 
 }  // namespace vonta

@@ -99,6 +99,7 @@ public:
     bool m_bDialogOpen = false;
     bool m_bEditorOpen = false;                  // a plug-in's window replaces the interface
     bool m_bSaveRequested = false, m_bLoadRequested = false;   // worked at the frame's end
+    std::string m_szRequestedFile;               // of such a request, as the frame shows it meanwhile
     int m_nCursorAdd = 1;                        // rows to advance after an entry, 0 to 32
     int m_nOctaveOffset = 0;                     // semitones, -48 to 24
     bool m_bSolo = false;                        // only the selected instrument sounds

@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Display.h"
 #include "platform/Surface.h"
 
 namespace vonta {
 
-class Display;
 class PackFile;
 struct ImageRequest;
 
@@ -52,6 +52,7 @@ public:
     int SetMode(int bits, bool forceBlit, bool fullscreen, int width, int height);
     void ShutdownSurfaces();                     // releases all slots and the mode
     const PixelFormat& Format() const { return format_; }
+    int DesktopBits() const { return display_.DesktopBits(); }   // 16, 24 or 32
 
     void Present();                              // shows the back surface
     void Repair();                               // shows it again without any drawing

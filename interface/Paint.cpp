@@ -1,0 +1,147 @@
+#include <algorithm>
+
+#include "interface/TrackerInterface.h"
+#include "platform/Debug.h"
+
+namespace vonta {
+namespace {
+
+constexpr const char* kNewChunksText = "  NEW Chunks Found!!";
+constexpr std::uint32_t kCaretBit = 1u << 8;     // of the clock's milliseconds: on and off twice a second
+
+// Shows the caret in the text itself, for as long as one frame is painted.
+class Caret {
+public:
+    Caret(std::string* text, std::uint32_t now) : text_(now & kCaretBit ? text : nullptr) {
+        if (text_) text_->push_back('_');
+    }
+    ~Caret() { if (text_) text_->pop_back(); }
+    Caret(const Caret&) = delete;
+    Caret& operator=(const Caret&) = delete;
+
+private:
+    std::string* text_;
+};
+
+}  // namespace
+
+// What is painted reads values that do not change before the next frame. The regions that it declares are what the
+// mouse is tested against then.
+void TrackerInterface::Paint() {
+    skin_.BuildPendingPiano();
+    AnswerPending();
+    keyboardOwned_ = false;                      // unless the game says so while it paints
+    const Caret caret(editedText_, Now());
+    regions_.Clear();
+    PaintScreens();
+    PaintText();
+    if (state_.m_bDialogOpen) PaintQuestion();
+    PaintOverlays();
+}
+
+// Before the caret goes into a text: the song that holds it may be replaced here.
+void TrackerInterface::AnswerPending() {
+    const Applied applied = state_.ApplyPending();
+    if (applied.songParts) {
+        StopTextEdit();
+        regions_.ReleaseCapture();
+    }
+    if (applied.unknownChunks) Ask(kNewChunksText, {});
+    ApplySolo(applied.songParts);
+}
+
+// Muting is a flag of each instrument and of what it sounds; it stops nothing.
+void TrackerInterface::ApplySolo(bool newSong) {
+    const int wanted = state_.m_bSolo ? state_.pending.m_nSelected[kListInstruments] : 0;
+    if (wanted == soloInstrument_ && !(newSong && wanted > 0)) return;
+    soloInstrument_ = wanted;
+    SndPlayer& player = state_.Player();
+    if (wanted == 0) player.UnmuteInstruments();
+    for (int i = 0; i < kMaxInstruments; ++i) {
+        const bool mute = wanted > 0 && i != wanted - 1;
+        if (wanted > 0) player.MuteInstrument(i, mute);
+        if (Instrument* instrument = state_.CurrentSong().GetInstrument(i)) Store(instrument->muted, std::uint8_t{mute});
+    }
+}
+
+// The question comes last, over all.
+void TrackerInterface::PaintScreens() {
+    const auto shown = [this](int slot) { return slot != kScreenQuestion && IsVisible(slot); };
+    for (int slot = 0; slot < kScreens; ++slot)
+        if (shown(slot)) GetScreen(slot).PaintBackground();
+    regions_.SetBlitMode(true);
+    fonts_.Mute(true);
+    for (int slot = 0; slot < kScreens; ++slot)
+        if (shown(slot)) GetScreen(slot).PaintControls();
+    if (!state_.m_bDialogOpen) regions_.PaintPressed(input_.MouseX(), input_.MouseY());
+    regions_.SetBlitMode(false);
+    fonts_.Mute(false);
+    if (IsBusy()) video_.BlitToBack(kBusyX, kBusyY, skin_.LoadSkinBitmap(kBitmapLoading));
+}
+
+void TrackerInterface::PaintText() {
+    if (!Lock()) return;
+    for (int slot = 0; slot < kScreens; ++slot)
+        if (slot != kScreenQuestion && IsVisible(slot)) GetScreen(slot).PaintControls();
+    for (int slot = 0; slot < kScreens; ++slot)
+        if (slot != kScreenQuestion && IsVisible(slot)) GetScreen(slot).PaintPixels();
+    if (IsBusy()) PaintBusyText();
+    Unlock();
+}
+
+// Its buttons alone are live.
+void TrackerInterface::PaintQuestion() {
+    Screen& question = GetScreen(kScreenQuestion);
+    regions_.Clear();
+    question.PaintBackground();
+    regions_.SetBlitMode(true);
+    fonts_.Mute(true);
+    question.PaintControls();
+    regions_.PaintPressed(input_.MouseX(), input_.MouseY());
+    regions_.SetBlitMode(false);
+    fonts_.Mute(false);
+    if (!Lock()) return;
+    question.PaintControls();
+    question.PaintPixels();
+    Unlock();
+}
+
+void TrackerInterface::PaintBusyText() {
+    constexpr int kTextX = 286, kTextY = 305, kNameY = 320, kNameLength = 28;   // pixels, characters
+    fonts_.m_fontStd.Print(kTextX, kTextY, state_.m_bSaveRequested ? "Saving data..." : "Loading data...");
+    fonts_.m_fontStd.PrintClipped(kTextX, kNameY, kNameLength, state_.m_szRequestedFile);
+}
+
+void TrackerInterface::PaintOverlays() {
+    constexpr int kLowerStripe = 594;            // y of the second mark of recording
+    constexpr int kMouseWidth = 11, kMouseHeight = 20;
+    if (state_.frame.m_bEditMode) {
+        const int stripe = skin_.LoadSkinBitmap(kBitmapRecording);
+        video_.BlitToBack(0, 0, stripe);
+        video_.BlitToBack(0, kLowerStripe, stripe);
+    }
+    if (!m_bSoftwareMouse) return;
+    const int x = std::clamp(input_.MouseX(), 0, kPictureWidth - 1), y = std::clamp(input_.MouseY(), 0, kPictureHeight - 1);
+    video_.BlitPart(x, y, std::min(kMouseWidth, kPictureWidth - x), std::min(kMouseHeight, kPictureHeight - y),
+                    mousePicture_, true);
+}
+
+bool TrackerInterface::Lock() {
+    int pitch = 0;
+    std::uint8_t* address = video_.LockBack(pitch);
+    if (!address) {
+        DebugOutput("warning: no se pudo bloquear la surface de video\n");
+        return false;
+    }
+    fonts_.SetTarget(address, pitch);
+    video_.SetTarget(address, pitch);
+    return true;
+}
+
+void TrackerInterface::Unlock() {
+    fonts_.SetTarget(nullptr, 0);
+    video_.SetTarget(nullptr, 0);
+    video_.UnlockBack();
+}
+
+}  // namespace vonta

@@ -1,0 +1,94 @@
+#include <algorithm>
+
+#include "app/config/ConfigSettings.h"
+#include "interface/TrackerInterface.h"
+#include "midi/NoteMessage.h"
+
+namespace vonta {
+namespace {
+
+constexpr int kMaxTicks = 10;                    // in one frame
+constexpr int kMaxMidiMessages = 1024;           // in one frame: a stuck driver does not hold us
+
+// Whole ticks since the last call; what is left over counts for the next.
+int TakeTicks(std::uint32_t now, int perSecond, std::uint32_t& last, std::uint32_t& rest) {
+    const auto period = static_cast<std::uint32_t>(std::max(1000 / std::max(perSecond, 1), 1));
+    const std::uint32_t passed = now - last;
+    const std::uint32_t ticks = passed / period + (passed % period + rest) / period;
+    rest = (passed % period + rest) % period;
+    last = now;
+    return static_cast<int>(std::min<std::uint32_t>(ticks, kMaxTicks));
+}
+
+}  // namespace
+
+void TrackerInterface::PollInput() {
+    const int ticks = TakeTicks(Now(), SettingsOf(state_.Settings()).keyboard.ticksPerSecond, m_nKeyLast, m_nKeyRest);
+    PollKeys();
+    PollWheel();
+    PollMidi();
+    input_.EndEvents();
+    for (int i = 0; i < ticks; ++i) KeyRepeatTick();
+    if (m_bEndTextEdit) StopTextEdit();
+}
+
+void TrackerInterface::PollKeys() {
+    input_.Poll();
+    for (int i = 0; i < input_.EventCount(); ++i) {
+        int key = kNoKey;
+        bool pressed = false;
+        input_.GetEvent(i, key, pressed);
+        OnKey(key, pressed, true);
+    }
+}
+
+void TrackerInterface::PollWheel() {
+    wheelRest_ += input_.GetMouseWheel();
+    const int notches = static_cast<int>(std::clamp(wheelRest_, -100.0f, 100.0f));
+    wheelRest_ = std::clamp(wheelRest_, -100.0f, 100.0f) - static_cast<float>(notches);
+    if (notches == 0 || state_.m_bDialogOpen) return;
+
+    const WheelModifier held = m_bControl ? kWheelControl : m_bAlt ? kWheelAlt : m_bShift ? kWheelShift : kWheelPlain;
+    switch (SettingsOf(state_.Settings()).wheel[held]) {
+    case kWheelNothing: break;
+    case kWheelScroll:
+        for (const auto& screen : m_screens)
+            if (screen->IsVisible() && screen->OnWheel(notches)) break;
+        break;
+    case kWheelRow:
+        if (IsVisible(kScreenPattern) || IsVisible(kScreenTrackEditor)) state_.MoveRow(-notches, true);
+        break;
+    case kWheelInstrument:
+        if (IsVisible(kScreenMain)) {
+            const ListKind list = CurrentList();
+            state_.SelectItem(list, state_.pending.m_nSelected[list] - notches);
+        }
+        break;
+    }
+}
+
+void TrackerInterface::PollMidi() {
+    const auto input = static_cast<std::size_t>(SettingsOf(state_.Settings()).midiInput);
+    DrvMIDIIN* driver = state_.Player().GetMixer().midiIn[input].get();
+    std::uint32_t message = 0;
+    for (int i = 0; driver && i < kMaxMidiMessages && driver->Read(&message); ++i) {
+        const NoteMessage note = DecodeNote(message);
+        if (note.kind != NoteMessage::Kind::Other)
+            OnNoteFromMidi(note.note, note.kind == NoteMessage::Kind::On, note.velocity);
+    }
+}
+
+void TrackerInterface::PollMouse() {
+    const KeyRepeat repeat = SettingsOf(state_.Settings()).mouse;
+    MouseState mouse{input_.MouseX(), input_.MouseY()};
+    mouse.left = input_.Left();
+    mouse.right = input_.Right();
+    mouse.leftEdge = mouse.left && !lastLeft_;
+    mouse.rightEdge = mouse.right && !lastRight_;
+    mouse.ticks = TakeTicks(Now(), repeat.ticksPerSecond, m_nMouseLast, m_nMouseRest);
+    lastLeft_ = mouse.left;
+    lastRight_ = mouse.right;
+    regions_.Update(mouse, repeat.delay);
+}
+
+}  // namespace vonta

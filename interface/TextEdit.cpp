@@ -1,0 +1,48 @@
+#include <algorithm>
+
+#include "interface/TrackerInterface.h"
+
+namespace vonta {
+namespace {
+
+bool IsContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+
+int CharactersOf(std::string_view utf8) {
+    return static_cast<int>(std::count_if(utf8.begin(), utf8.end(), [](char byte) { return !IsContinuation(byte); }));
+}
+
+bool IsPrintable(std::string_view utf8) {
+    constexpr unsigned char kDelete = 0x7F;
+    return !utf8.empty() && std::all_of(utf8.begin(), utf8.end(), [](char byte) {
+        const auto value = static_cast<unsigned char>(byte);
+        return value >= ' ' && value != kDelete;
+    });
+}
+
+}  // namespace
+
+void TrackerInterface::StartTextEdit(std::string& text) {
+    editedText_ = &text;
+    m_bEndTextEdit = false;
+}
+
+void TrackerInterface::StopTextEdit() {
+    editedText_ = nullptr;
+    m_bEndTextEdit = false;
+}
+
+// There is no commit: what is typed stands in the model's own field at once.
+void TrackerInterface::OnCharacter(std::string_view utf8) {
+    if (!editedText_ || m_bEndTextEdit) return;
+    if (utf8 == "\b") OnBackspace();
+    else if (utf8 == "\r" || utf8 == "\x1b") EndTextEdit();
+    else if (IsPrintable(utf8) && CharactersOf(*editedText_) + CharactersOf(utf8) <= kMaxTextLength) *editedText_ += utf8;
+}
+
+void TrackerInterface::OnBackspace() {
+    if (!editedText_ || m_bEndTextEdit) return;
+    while (!editedText_->empty() && IsContinuation(editedText_->back())) editedText_->pop_back();
+    if (!editedText_->empty()) editedText_->pop_back();
+}
+
+}  // namespace vonta
