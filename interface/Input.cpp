@@ -16,10 +16,17 @@ void Input::OnKey(int scanCode, bool pressed) {
 }
 
 void Input::OnMouse(int x, int y, bool left, bool right) {
-    x_ = x;
-    y_ = y;
-    left_ = left;
-    right_ = right;
+    const MouseEvent now{x, y, left, right};
+    const MouseEvent& before = mouseQueue_.empty() ? mouse_ : mouseQueue_.back();
+    const bool moved = before.left == left && before.right == right;
+    if (!mouseQueue_.empty() && (moved || mouseQueue_.size() == kMaxMouseStates)) mouseQueue_.back() = now;
+    else mouseQueue_.push_back(now);
+}
+
+void Input::PollMouse() {
+    if (mouseQueue_.empty()) return;
+    mouse_ = mouseQueue_.front();
+    mouseQueue_.erase(mouseQueue_.begin());
 }
 
 void Input::Reset() {

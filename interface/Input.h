@@ -15,6 +15,7 @@ class Input {
 public:
     static constexpr int kMaxEvents = 20;        // in one poll
     static constexpr int kMaxQueued = 1024;      // between two polls; what comes on top is dropped, releases kept
+    static constexpr std::size_t kMaxMouseStates = 64;   // between two polls; of more, the last is what counts
     static constexpr int kMasks = 8, kKeys = 256, kActions = 256;
     static constexpr std::uint32_t kNotArmed = 65535;
 
@@ -35,19 +36,23 @@ public:
     void DisarmKey(int key);
     std::uint32_t& Repeat(int key, int mask, int action);
 
+    // The mouse as the next frame sees it: each change of a button in a frame of its own, so that a click between two
+    // frames is one, at its place.
+    void PollMouse();
     float GetMouseWheel();                       // notches since the last call; up is positive
-    int MouseX() const { return x_; }
-    int MouseY() const { return y_; }
-    bool Left() const { return left_; }
-    bool Right() const { return right_; }
+    int MouseX() const { return mouse_.x; }
+    int MouseY() const { return mouse_.y; }
+    bool Left() const { return mouse_.left; }
+    bool Right() const { return mouse_.right; }
 
 private:
     struct KeyEvent { int scanCode = 0; bool pressed = false; };
+    struct MouseEvent { int x = 400, y = 300; bool left = false, right = false; };
     std::vector<KeyEvent> queue_;
     std::array<KeyEvent, kMaxEvents> events_;
     int count_ = 0;
-    int x_ = 400, y_ = 300;
-    bool left_ = false, right_ = false;
+    std::vector<MouseEvent> mouseQueue_;         // neighbours differ in their buttons
+    MouseEvent mouse_;
     float wheel_ = 0;
     std::vector<std::uint32_t> repeats_;         // by mask, key, action
 };

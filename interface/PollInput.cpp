@@ -80,6 +80,7 @@ void TrackerInterface::PollMidi() {
 
 void TrackerInterface::PollMouse() {
     const KeyRepeat repeat = SettingsOf(state_.Settings()).mouse;
+    input_.PollMouse();
     MouseState mouse{input_.MouseX(), input_.MouseY()};
     mouse.left = input_.Left();
     mouse.right = input_.Right();
@@ -88,6 +89,7 @@ void TrackerInterface::PollMouse() {
     mouse.ticks = TakeTicks(Now(), repeat.ticksPerSecond, m_nMouseLast, m_nMouseRest);
     lastLeft_ = mouse.left;
     lastRight_ = mouse.right;
+    if (mouse.leftEdge || mouse.rightEdge) StopTextEdit();
     regions_.Update(mouse, repeat.delay);
 }
 

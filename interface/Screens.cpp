@@ -4,8 +4,6 @@
 #include <cstddef>
 
 #include "interface/layout/ComingLayouts.h"
-
-#include "interface/layout/ComingLayouts.h"
 #include "interface/layout/ConfigLayout.h"
 #include "interface/layout/DiskOpLayout.h"
 #include "interface/layout/FunLayouts.h"

@@ -33,12 +33,13 @@ PackFile* Skin::SkinForBitmap(int number) const {
 }
 
 int Skin::LoadSkinBitmap(int number, bool showProgress) {
+    if (number >= 0 && number < kBitmaps)
+        if (const int known = slots_[static_cast<std::size_t>(number)]; known != 0) return known - 1;
     const BitmapEntry entry = EntryOfBitmap(number);
     PackFile* const pack = SkinForBitmap(number);
     if (entry.name.empty() || !pack) return Video::kNoSlot;
-    int& slot = slots_[static_cast<std::size_t>(number)];
-    if (slot != 0) return slot - 1;
     if (showProgress && advance_) advance_();
+    int& slot = slots_[static_cast<std::size_t>(number)];
     slot = 1 + (entry.strip != 0 ? video_.LoadStrip(pack, entry.name, entry.strip) : video_.LoadBitmap(pack, entry.name));
     return slot - 1;
 }

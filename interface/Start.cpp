@@ -98,6 +98,7 @@ void TrackerInterface::RunCurtain(const std::function<void()>& pump) {
         BlitCurtain(std::min(open, kPictureWidth));
         pump();
         input_.Poll();
+        input_.PollMouse();
         const bool touched = input_.EventCount() > 0 || input_.Left() || input_.Right();
         input_.EndEvents();
         if (touched) break;
