@@ -1,5 +1,6 @@
 #include <array>
 
+#include "interface/layout/AdvancedEditLayout.h"
 #include "interface/layout/ComingLayouts.h"
 #include "interface/layout/ConfigLayout.h"
 #include "interface/layout/DiskOpLayout.h"
@@ -7,7 +8,9 @@
 #include "interface/layout/Layout.h"
 #include "interface/layout/MainLayout.h"
 #include "interface/layout/OptionsLayouts.h"
+#include "interface/layout/PatternLayout.h"
 #include "interface/layout/QuestionLayouts.h"
+#include "interface/layout/ScopesLayout.h"
 #include "interface/layout/TextLayouts.h"
 
 namespace vonta {
@@ -15,11 +18,13 @@ namespace {
 
 // A row a picture; its table is in the header of its name.
 constexpr std::array kLayouts = {
+    &kScopesLayout,
     &kLeftOptionsLayout,
     &kRightOptionsLayout,
     &kMainLayout,
     &kDiskOpLayout,
     &kInstrumentEditorLayout,
+    &kPatternLayout,
     &kConfigLayout,
     &kSampleEditorLayout,
     &kAboutLayout,
@@ -27,6 +32,7 @@ constexpr std::array kLayouts = {
     &kCpuScanLayout,
     &kDialogLayout,
     &kHelpLayout,
+    &kAdvancedEditLayout,
     &kSongInfoLayout,
     &kVisualLayout,
     &kMultiFxLayout,
@@ -36,6 +42,7 @@ constexpr std::array kLayouts = {
     &kZapLayout,
     &kLoadingLayout,
     &kTrackEditorLayout,
+    &kPatternScrollLayout,
     &kSaveLayout,
     &kConsoleLayout,
 };
