@@ -16,7 +16,7 @@ int LengthOf(const Song& song) { return static_cast<int>(song.GetPatternPosLengh
 
 void TrackerState::ChangePosition(int by) {
     player_.SetPosition(std::clamp(OrderPosition() + by, 0, std::max(0, LengthOf(CurrentSong()) - 1)));
-    SetRow(CursorRow());                         // the pattern there may be shorter
+    SetRow(by == 0 ? CursorRow() : 0);           // the pattern there may be shorter
 }
 
 void TrackerState::ChangePatternAtPosition(int by) {

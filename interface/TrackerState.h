@@ -184,7 +184,7 @@ public:
     void ShrinkPattern();
 
     // --- Song numbers. SongEdit.cpp
-    void ChangePosition(int by);
+    void ChangePosition(int by);                 // to its first row
     void ChangePatternAtPosition(int by);
     void ChangeShownPattern(int by);
     void InsertPosition();

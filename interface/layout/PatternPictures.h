@@ -11,7 +11,7 @@ enum PatternPicture : int {
     kPictureCellLine = 72,                       // between two channel cells
     kPictureLevelPeak = 73,                      // the highest of a level bar
     kPictureBeatRow = 75, kPictureCursorRow = 76, kPictureTrackLine = 81, kPictureCursor = 82,
-    kPictureMutedChannel = 83,                   // 32 frames: the numbers 1 to 32, crossed out or faint
+    kPictureMutedChannel = 83,                   // over a muted cell; also shown up to 32 times narrower, cut to the cell
     kPictureBarRow = 194,                        // each other beat
 };
 
@@ -24,7 +24,7 @@ inline constexpr std::array kPatternPictures = {
     PictureSize{kPictureCellLine, 1, 56},    PictureSize{kPictureLevelPeak, 2, 12},
     PictureSize{kPictureBeatRow, 800, 13},   PictureSize{kPictureCursorRow, 800, 13},
     PictureSize{kPictureTrackLine, 2, 352},  PictureSize{kPictureCursor, 84, 13},   // cut to the column's width
-    PictureSize{kPictureMutedChannel, 24, 16},                                       // of one frame
+    PictureSize{kPictureMutedChannel, 336, 50},
     PictureSize{kPictureBarRow, 800, 13},
 };
 
