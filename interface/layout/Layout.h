@@ -41,6 +41,10 @@ struct ScreenLayout {
     int bitmap, pressedBitmap;       // by number of the skin table
     int x, y, width, height;         // of the whole bitmap on the screen
     std::span<const LayoutItem> items;
+    bool movable = false;            // a question: its items count from its corner, wherever it is put
+
+    constexpr int OriginX() const { return movable ? 0 : x; }   // what the items' positions count from
+    constexpr int OriginY() const { return movable ? 0 : y; }
 };
 
 // Sizes of the buttons: the look and a width in units of eight pixels.

@@ -12,7 +12,7 @@ inline constexpr LayoutItem kDialogItems[] = {
     ButtonAt(Look::Button, kDialogYes, 48, 61, 7),
     ButtonAt(Look::Button, kDialogNo, 145, 61, 7),
 };
-inline constexpr ScreenLayout kDialogLayout = {"Dialog", 25, 26, 280, 200, 240, 96, kDialogItems};
+inline constexpr ScreenLayout kDialogLayout = {"Dialog", 25, 26, 280, 200, 240, 96, kDialogItems, true};
 
 enum ZapControl : int { kZapSong, kZapPatterns, kZapInstruments, kZapEffects, kZapCancel };
 
@@ -25,7 +25,7 @@ inline constexpr LayoutItem kZapItems[] = {
     ButtonAt(Look::Button, kZapEffects, 94, 73, 8, "Effects"),
     ButtonAt(Look::Button, kZapCancel, 176, 62, 8, "Nothing"),
 };
-inline constexpr ScreenLayout kZapLayout = {"Zap", 48, 49, 280, 200, 268, 104, kZapItems};
+inline constexpr ScreenLayout kZapLayout = {"Zap", 48, 49, 280, 200, 268, 104, kZapItems, true};
 
 enum SaveControl : int {
     kSaveName, kSaveNative, kSaveWav, kSaveXm, kSaveMod, kSaveOther, kSaveLossless, kSaveVorbis,
@@ -70,7 +70,7 @@ inline constexpr LayoutItem kSaveItems[] = {
     ButtonAt(Look::SmallButton, kSaveGo, 306, 227, 10, "Save"),
     ButtonAt(Look::SmallButton, kSaveCancel, 395, 227, 10, "Cancel"),
 };
-inline constexpr ScreenLayout kSaveLayout = {"Save", 64, 65, 150, 150, 520, 256, kSaveItems};
+inline constexpr ScreenLayout kSaveLayout = {"Save", 64, 65, 150, 150, 520, 256, kSaveItems, true};
 
 enum LoadingControl : int { kLoadingText };
 

@@ -23,15 +23,11 @@ std::string NameOf(const ScreenLayout& screen, const LayoutItem& item) {
            std::to_string(item.y);
 }
 
-// Questions lie at the place that the program gives them.
-int LeftOf(const ScreenLayout& s) { return s.name == "Dialog" || s.name == "Zap" || s.name == "Save" ? 0 : s.x; }
-int TopOf(const ScreenLayout& s) { return s.name == "Dialog" || s.name == "Zap" || s.name == "Save" ? 0 : s.y; }
-
 TEST(Layout, NothingOverlapsAndEverythingLiesInItsScreen) {
     for (const ScreenLayout* screen : AllLayouts()) {
         EXPECT_LE(screen->x + screen->width, kPictureWidth) << screen->name;
         EXPECT_LE(screen->y + screen->height, kPictureHeight) << screen->name;
-        const int left = LeftOf(*screen), top = TopOf(*screen);
+        const int left = screen->OriginX(), top = screen->OriginY();
         for (std::size_t i = 0; i < screen->items.size(); ++i) {
             const LayoutItem& item = screen->items[i];
             EXPECT_TRUE(item.x >= left && item.x + item.width <= left + screen->width) << NameOf(*screen, item);

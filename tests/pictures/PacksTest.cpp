@@ -1,0 +1,149 @@
+// The packs that ship hold all that the program asks for, in the sizes that it must have.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+
+#include <unistd.h>
+
+#include "app/pack/ImageReader.h"
+#include "interface/AboutEffect.h"
+#include "interface/Skin.h"
+#include "interface/layout/Layout.h"
+#include "tools/skin/Packs.h"
+
+namespace vonta {
+namespace {
+
+std::string Sources() { return VONTA_SOURCES; }
+
+// A pack built once, in a file that goes away with the program.
+class BuiltPack {
+public:
+    BuiltPack(const std::string& name, const std::vector<PackEntry>& entries)
+        : path_(std::filesystem::temp_directory_path() / (name + std::to_string(::getpid()))) {
+        std::string error;
+        EXPECT_TRUE(WritePack(path_, entries, error)) << error;
+        pack = std::make_unique<PackFile>(path_);
+    }
+    ~BuiltPack() { std::filesystem::remove(path_); }
+    const std::string& Path() const { return path_; }
+    std::unique_ptr<PackFile> pack;
+
+private:
+    std::string path_;
+};
+
+BuiltPack& SkinPack() {
+    static BuiltPack built("skin", skin::SkinEntries(skin::LoadFonts(Sources() + "/fonts")));
+    return built;
+}
+BuiltPack& DataPack() {
+    static BuiltPack built("data", skin::DataEntries(skin::LoadFonts(Sources() + "/fonts"), Sources() + "/help"));
+    return built;
+}
+
+ImageRequest Load(PackFile* pack, const std::string& name) {
+    ImageRequest request;
+    request.pack = pack;
+    request.name = name;
+    EXPECT_EQ(LoadImage(request), kImageOk) << name;
+    return request;
+}
+
+struct Size {
+    std::uint32_t width, height;
+};
+
+// Sizes that code or tables elsewhere rely on.
+const std::map<int, Size> kSizes = {
+    {1, {343, 248}},  {2, {343, 248}},  {13, {800, 352}}, {14, {800, 352}}, {29, {519, 248}}, {45, {20, 20}},
+    {47, {kAboutWidth, kAboutHeight}}, {53, {6, 6}}, {62, {800, 16}}, {63, {800, 16}}, {75, {800, 13}}, {76, {800, 13}},
+    {77, {10, 55}}, {78, {14, 88}}, {81, {2, 352}}, {82, {84, 13}}, {120, {800, 6}}, {194, {800, 13}},
+    {195, {16, 16}}, {258, {16, 16}}, {386, {16, 16}},
+};
+
+TEST(Packs, HoldEveryBitmapThatTheTableNames) {
+    EXPECT_EQ(GetSkinVersion(SkinPack().Path()), kSkinVersion081);
+    for (int number = 1; number < kBitmaps; ++number) {
+        const BitmapEntry entry = EntryOfBitmap(number);
+        if (entry.name.empty()) continue;
+        const ImageRequest image = Load((entry.fromDataPack ? DataPack() : SkinPack()).pack.get(), entry.name);
+        if (const auto size = kSizes.find(number); size != kSizes.end()) {
+            EXPECT_EQ(image.width, size->second.width) << entry.name;
+            EXPECT_EQ(image.height, size->second.height) << entry.name;
+        }
+        EXPECT_EQ(entry.strip ? image.width % 32 : 0u, 0u);
+    }
+}
+
+TEST(Packs, HoldFontsColoursAndDataInTheirSizes) {
+    const std::map<std::string, std::uint32_t> fonts = {{"StdBig", 8}, {"Std", 8}, {"Small", 7}, {"Mini", 5}, {"Big", 12}, {"Bigger", 28}};
+    for (const auto& [name, width] : fonts) {
+        const ImageRequest image = Load(SkinPack().pack.get(), "skin\\Fonts\\" + name + ".tga");
+        EXPECT_EQ(image.width, width) << name;
+        EXPECT_EQ(image.height, 4096u) << name;
+    }
+    for (const std::string name : {"font1", "font2", "font3", "lines", "points", "Selection"})
+        Load(SkinPack().pack.get(), "skin\\Colors\\" + name + ".tga");
+    const std::map<std::string, Size> images = {{"loading", {800, 600}}, {"mouse", {11, 20}}};
+    for (const auto& [name, size] : images) {
+        const ImageRequest image = Load(DataPack().pack.get(), "data\\" + name + ".tga");
+        EXPECT_EQ(image.width, size.width) << name;
+        EXPECT_EQ(image.height, size.height) << name;
+    }
+    Load(DataPack().pack.get(), "data\\rect.tga");
+    const std::map<std::string, std::uint32_t> raw = {{"abouttable", kAboutTableBytes}, {"abouttexture", kAboutTextureBytes}};
+    for (const auto& [name, bytes] : raw) {
+        ASSERT_TRUE(DataPack().pack->Find("data\\" + name + ".raw")) << name;
+        EXPECT_EQ(DataPack().pack->Remaining(), bytes) << name;
+    }
+}
+
+// A control that does not change when pressed tells its user nothing; what changes beside it would be smeared by it.
+TEST(Packs, ThePressedPictureDiffersInTheControlsAndNowhereElse) {
+    for (const ScreenLayout* layout : AllLayouts()) {
+        if (!layout->pressedBitmap) continue;
+        const ImageRequest normal = Load(SkinPack().pack.get(), EntryOfBitmap(layout->bitmap).name);
+        const ImageRequest pressed = Load(SkinPack().pack.get(), EntryOfBitmap(layout->pressedBitmap).name);
+        ASSERT_EQ(normal.pixels.size(), pressed.pixels.size()) << layout->name;
+        EXPECT_EQ(normal.width, static_cast<std::uint32_t>(layout->width)) << layout->name;
+        EXPECT_EQ(normal.height, static_cast<std::uint32_t>(layout->height)) << layout->name;
+        std::set<const LayoutItem*> lit;
+        int strays = 0;
+        for (std::size_t i = 0; i < normal.pixels.size(); ++i) {
+            if (normal.pixels[i] == pressed.pixels[i]) continue;
+            const int x = layout->OriginX() + static_cast<int>(i / 3 % normal.width), y = layout->OriginY() + static_cast<int>(i / 3 / normal.width);
+            const auto item = std::find_if(layout->items.begin(), layout->items.end(), [&](const LayoutItem& each) {
+                return each.look <= Look::VSlider && x >= each.x && x < each.x + each.width && y >= each.y && y < each.y + each.height;
+            });
+            if (item == layout->items.end()) ++strays;
+            else lit.insert(&*item);
+        }
+        EXPECT_EQ(strays, 0) << layout->name;
+        for (const LayoutItem& item : layout->items)
+            EXPECT_EQ(lit.contains(&item), item.look <= Look::VSlider) << layout->name << " " << item.id;
+    }
+}
+
+TEST(Fonts, DrawEveryLetterOfWesternEuropeAndEverySignOfThePattern) {
+    const skin::FontSet fonts = skin::LoadFonts(Sources() + "/fonts");
+    const auto expectDrawn = [&](skin::FontName font, unsigned char code) {
+        EXPECT_TRUE(fonts[font].Printed(code).drawn) << fonts[font].name << " lacks " << static_cast<int>(code);
+    };
+    for (const auto font : {skin::kStd, skin::kStdBig, skin::kSmall})
+        for (int code = 32; code < 256; ++code)
+            if (code < 127 || code > 160) expectDrawn(font, static_cast<unsigned char>(code));
+    for (int font = 0; font < skin::kFontCount; ++font)
+        for (const char sign : std::string(font == skin::kBigger ? "ABCDEFG0123456789-#" : "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZ-#"))
+            expectDrawn(static_cast<skin::FontName>(font), static_cast<unsigned char>(sign));
+    for (const auto font : {skin::kStdBig, skin::kSmall, skin::kMini, skin::kBig, skin::kBigger}) {
+        EXPECT_EQ(fonts[font].glyphs['$'].rows == fonts[font].Printed('$').rows, false) << fonts[font].name;
+        for (const char sign : {'*', '+', ','}) expectDrawn(font, static_cast<unsigned char>(sign));
+    }
+}
+
+}  // namespace
+}  // namespace vonta

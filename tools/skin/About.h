@@ -1,0 +1,15 @@
+// The pictures of the About screen, as interface/AboutEffect.h describes them.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "tools/skin/Canvas.h"
+
+namespace vonta::skin {
+
+Canvas PaintAboutPicture(const FontSet& fonts);  // with clear pixels
+std::vector<std::uint8_t> AboutTable();
+std::vector<std::uint8_t> AboutTexture();
+
+}  // namespace vonta::skin

@@ -1,0 +1,175 @@
+#include "tools/skin/Painters.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+
+namespace vonta::skin {
+namespace {
+
+constexpr int kInkTop = 3, kInkBottom = 12;   // the rows of a cell in which capitals of Std stand
+constexpr int kSmallTop = 4, kMiniTop = 5;    // where those of the narrower faces begin
+
+// The corners of what is raised or sunk are left out, so that it looks rounded.
+void RoundCorners(Canvas& canvas, int x, int y, int width, int height, Colour around) {
+    for (const int column : {x, x + width - 1})
+        for (const int row : {y, y + height - 1}) canvas.Pixel(column, row, around);
+}
+
+// A small picture of seven by seven for what a sign says better than a letter.
+struct Sign {
+    char name;
+    std::array<const char*, 7> rows;
+};
+constexpr Sign kSigns[] = {
+    {'+', {"...#...", "...#...", "...#...", "#######", "...#...", "...#...", "...#..."}},
+    {'-', {".......", ".......", ".......", "#######", ".......", ".......", "......."}},
+    {'<', {".....#.", "...###.", ".#####.", "######.", ".#####.", "...###.", ".....#."}},
+    {'>', {".#.....", ".###...", ".#####.", ".######", ".#####.", ".###...", ".#....."}},
+    {'^', {".......", "...#...", "..###..", ".#####.", "#######", ".......", "......."}},
+    {'v', {".......", "#######", ".#####.", "..###..", "...#...", ".......", "......."}},
+};
+
+const Sign* SignOf(std::string_view caption) {
+    if (caption.size() != 1) return nullptr;
+    const auto sign = std::find_if(std::begin(kSigns), std::end(kSigns),
+                                   [&](const Sign& each) { return each.name == caption[0]; });
+    return sign == std::end(kSigns) ? nullptr : sign;
+}
+
+void PaintSign(Canvas& canvas, const Sign& sign, const LayoutItem& item, Colour colour) {
+    const int left = item.x + (item.width - 7) / 2, top = item.y + (item.height - 7) / 2;
+    for (int y = 0; y < 7; ++y)
+        for (int x = 0; x < 7; ++x)
+            if (sign.rows[static_cast<std::size_t>(y)][x] == '#') canvas.Pixel(left + x, top + y, colour);
+}
+
+
+void PaintButton(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state) {
+    PaintPlate(canvas, item.x, item.y, item.width, item.height, state);
+    PaintCaption(canvas, fonts, item, state);
+}
+
+// The groove that a slider runs in. Pressed it is what the program cuts the filled part and the thumbs of scroll bars
+// from: the same across its whole length.
+void PaintGroove(Canvas& canvas, const FontSet&, const LayoutItem& item, State state) {
+    PaintWell(canvas, item.x, item.y, item.width, item.height, state == State::Pressed ? kCyanDeep : kWell);
+    const bool upright = item.look == Look::VSlider;
+    const int across = upright ? item.width : item.height;
+    const auto strip = [&](int at, int thickness, Colour colour) {
+        if (upright) canvas.Fill(item.x + at, item.y + 2, thickness, item.height - 4, colour);
+        else canvas.Fill(item.x + 2, item.y + at, item.width - 4, thickness, colour);
+    };
+    if (state == State::Pressed) {
+        strip(2, across - 4, kCyanDark);
+        strip(2, 1, kCyan);
+        strip(across - 3, 1, kCyanDeep);
+    } else {
+        strip(across / 2 - 1, 1, kWellShade);
+        strip(across / 2, 1, kPanelLight);
+    }
+}
+
+void PaintRecess(Canvas& canvas, const FontSet&, const LayoutItem& item, State) {
+    PaintWell(canvas, item.x, item.y, item.width, item.height);
+}
+
+// Where the user types: a line to write on.
+void PaintTextField(Canvas& canvas, const FontSet&, const LayoutItem& item, State) {
+    PaintWell(canvas, item.x, item.y, item.width, item.height);
+    canvas.Fill(item.x + 2, item.y + item.height - 2, item.width - 4, 1, kCyanDark);
+}
+
+void PaintLabel(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State) {
+    canvas.Text(fonts[kSmall], item.x, item.y + 1, item.caption, kPanelDark);
+    canvas.Text(fonts[kSmall], item.x, item.y, item.caption, kCaption);
+}
+
+void PaintTitle(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State) {
+    canvas.Text(fonts[kStdBig], item.x + 1, item.y + 1, item.caption, kPanelDark);
+    canvas.Text(fonts[kStdBig], item.x, item.y, item.caption, kTitle);
+}
+
+void PaintGroup(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State) {
+    canvas.Frame(item.x + 1, item.y + 1, item.width - 1, item.height - 1, kPanelDark, kPanelDark);
+    canvas.Frame(item.x, item.y, item.width - 1, item.height - 1, kGroupEdge, kGroupEdge);
+    if (item.caption.empty()) return;
+    const int width = fonts[kSmall].WidthOf(item.caption) + 7;
+    canvas.Fill(item.x + 8, item.y, width, 2, kPanel);
+    canvas.Text(fonts[kSmall], item.x + 12, item.y - kInkTop - 4, item.caption, kCaption);
+}
+
+using ItemPainter = void (*)(Canvas&, const FontSet&, const LayoutItem&, State);
+
+struct LookRow {
+    Look look;
+    ItemPainter paint;
+};
+constexpr LookRow kLooks[] = {
+    {Look::Button, PaintButton},       {Look::SmallButton, PaintButton},  {Look::SmallButton1, PaintButton},
+    {Look::SmallButton2, PaintButton}, {Look::SmallButton3, PaintButton}, {Look::Slider, PaintGroove},
+    {Look::VSlider, PaintGroove},      {Look::Field, PaintRecess},        {Look::TextField, PaintTextField},
+    {Look::List, PaintRecess},         {Look::View, PaintRecess},         {Look::Label, PaintLabel},
+    {Look::Title, PaintTitle},         {Look::Group, PaintGroup},
+};
+
+}  // namespace
+
+void PaintPanel(Canvas& canvas, int x, int y, int width, int height) {
+    canvas.Fill(x, y, width, height, kPanel);
+    canvas.Frame(x, y, width, height, kPanelLight, kPanelDark);
+}
+
+void PaintWell(Canvas& canvas, int x, int y, int width, int height, Colour ground) {
+    const Colour around = canvas.At(x, y);
+    canvas.Fill(x, y, width, height, ground);
+    canvas.Frame(x, y, width, height, kWellShade, kWellLight);
+    RoundCorners(canvas, x, y, width, height, around);
+}
+
+void PaintPlate(Canvas& canvas, int x, int y, int width, int height, State state) {
+    const Colour around = canvas.At(x, y);
+    if (state == State::Pressed) {
+        canvas.Gradient(x + 1, y + 1, width - 2, height - 2, Mix(kAmber, kAmberDark, 0.25), kAmber);
+        canvas.Frame(x, y, width, height, kAmberDeep, kAmberLight);
+        canvas.Fill(x + 1, y + height - 1, width - 2, 1, kAmberDark);
+        canvas.Fill(x + width - 1, y + 1, 1, height - 2, kAmberDark);
+    } else {
+        canvas.Gradient(x + 1, y + 1, width - 2, height - 2, kFaceTop, kFaceBottom);
+        canvas.Frame(x, y, width, height, kFaceDark, kFaceDark);
+        canvas.Fill(x + 1, y + 1, width - 2, 1, kFaceLight);
+    }
+    RoundCorners(canvas, x, y, width, height, around);
+}
+
+void PaintCaption(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state) {
+    const Colour colour = state == State::Pressed ? kOnAmber : kCaption;
+    if (const Sign* sign = SignOf(item.caption); sign && item.height >= 9) return PaintSign(canvas, *sign, item, colour);
+    const bool tiny = AdvanceIn(item) == kTinyAdvance || item.height < 12;
+    const GlyphSet& font = fonts[tiny ? kMini : kSmall];
+    const int inkTop = tiny ? kMiniTop : kSmallTop, inkHeight = kInkBottom - inkTop;
+    const int x = item.x + (item.width - font.WidthOf(item.caption) + 1) / 2;
+    const int y = item.y + (item.height - inkHeight + 1) / 2 - inkTop;
+    if (state == State::Normal && item.height >= kTextHeight) canvas.Text(font, x, y + 1, item.caption, kFaceDark);
+    canvas.Text(font, x, y, item.caption, colour);
+}
+
+void PaintItem(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state, int originX, int originY) {
+    LayoutItem placed = item;
+    placed.x -= originX;
+    placed.y -= originY;
+    const auto row = std::find_if(std::begin(kLooks), std::end(kLooks),
+                                  [&](const LookRow& each) { return each.look == item.look; });
+    if (row != std::end(kLooks)) row->paint(canvas, fonts, placed, state);
+}
+
+Canvas PaintScreen(const FontSet& fonts, const ScreenLayout& layout, State state) {
+    Canvas canvas(layout.width, layout.height);
+    PaintPanel(canvas, 0, 0, layout.width, layout.height);
+    for (const bool edges : {true, false})   // the edges of groups first, so that they cut nothing
+        for (const LayoutItem& item : layout.items)
+            if ((item.look == Look::Group) == edges) PaintItem(canvas, fonts, item, state, layout.OriginX(), layout.OriginY());
+    return canvas;
+}
+
+}  // namespace vonta::skin
