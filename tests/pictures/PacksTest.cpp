@@ -12,6 +12,7 @@
 #include "interface/AboutEffect.h"
 #include "interface/Skin.h"
 #include "interface/layout/Layout.h"
+#include "interface/layout/PatternPictures.h"
 #include "tools/skin/Packs.h"
 
 namespace vonta {
@@ -54,28 +55,30 @@ ImageRequest Load(PackFile* pack, const std::string& name) {
 }
 
 struct Size {
-    std::uint32_t width, height;
+    int width, height;
 };
 
-// Sizes that code or tables elsewhere rely on.
-const std::map<int, Size> kSizes = {
-    {1, {343, 248}},  {2, {343, 248}},  {13, {800, 352}}, {14, {800, 352}}, {29, {519, 248}}, {45, {20, 20}},
-    {47, {kAboutWidth, kAboutHeight}}, {53, {6, 6}}, {62, {800, 16}}, {63, {800, 16}}, {75, {800, 13}}, {76, {800, 13}},
-    {77, {10, 55}}, {78, {14, 88}}, {81, {2, 352}}, {82, {84, 13}}, {120, {800, 6}}, {194, {800, 13}},
-    {195, {16, 16}}, {258, {16, 16}}, {386, {16, 16}},
-};
+// Sizes that code relies on, by number; a strip's is that of one frame.
+std::map<int, Size> Sizes() {
+    std::map<int, Size> sizes = {{45, {20, 20}}, {47, {kAboutWidth, kAboutHeight}}, {53, {6, 6}}, {54, {6, 6}},
+                                 {77, {10, 55}}, {78, {14, 88}}, {120, {800, 6}}};
+    for (const PictureSize& picture : kPatternPictures) sizes[picture.bitmap] = {picture.width, picture.height};
+    for (int knob = kBitmapRedKnob; knob < kBitmapBlueKnob + kKnobPositions; ++knob) sizes[knob] = {16, 16};
+    return sizes;
+}
 
 TEST(Packs, HoldEveryBitmapThatTheTableNames) {
+    constexpr int kFrames = 32;
+    std::map<int, Size> sizes = Sizes();
+    for (int frame = 1; frame < kFrames; ++frame) sizes[kPictureMutedChannel + frame] = sizes.at(kPictureMutedChannel);
     EXPECT_EQ(GetSkinVersion(SkinPack().Path()), kSkinVersion081);
     for (int number = 1; number < kBitmaps; ++number) {
         const BitmapEntry entry = EntryOfBitmap(number);
         if (entry.name.empty()) continue;
         const ImageRequest image = Load((entry.fromDataPack ? DataPack() : SkinPack()).pack.get(), entry.name);
-        if (const auto size = kSizes.find(number); size != kSizes.end()) {
-            EXPECT_EQ(image.width, size->second.width) << entry.name;
-            EXPECT_EQ(image.height, size->second.height) << entry.name;
-        }
-        EXPECT_EQ(entry.strip ? image.width % 32 : 0u, 0u);
+        if (!sizes.contains(number)) continue;
+        EXPECT_EQ(static_cast<int>(image.width), sizes.at(number).width * (entry.strip ? kFrames : 1)) << entry.name;
+        EXPECT_EQ(static_cast<int>(image.height), sizes.at(number).height) << entry.name;
     }
 }
 
@@ -91,8 +94,8 @@ TEST(Packs, HoldFontsColoursAndDataInTheirSizes) {
     const std::map<std::string, Size> images = {{"loading", {800, 600}}, {"mouse", {11, 20}}};
     for (const auto& [name, size] : images) {
         const ImageRequest image = Load(DataPack().pack.get(), "data\\" + name + ".tga");
-        EXPECT_EQ(image.width, size.width) << name;
-        EXPECT_EQ(image.height, size.height) << name;
+        EXPECT_EQ(static_cast<int>(image.width), size.width) << name;
+        EXPECT_EQ(static_cast<int>(image.height), size.height) << name;
     }
     Load(DataPack().pack.get(), "data\\rect.tga");
     const std::map<std::string, std::uint32_t> raw = {{"abouttable", kAboutTableBytes}, {"abouttexture", kAboutTextureBytes}};

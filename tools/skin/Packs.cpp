@@ -50,20 +50,12 @@ std::optional<Picture> PaintBitmap(const FontSet& fonts, int number) {
     return PaintPiece(fonts, number);
 }
 
-// A plain panel for a screen whose table is still to come.
-Picture PaintComing(int number) {
-    const int width = number <= 2 ? 343 : number <= 14 ? 800 : 519, height = width == 800 ? 352 : 248;
-    Picture picture{Canvas(width, height)};
-    PaintPanel(picture.canvas, 0, 0, width, height);
-    return picture;
-}
-
 void AddBitmaps(const FontSet& fonts, std::vector<PackEntry>& entries) {
     for (int number = 1; number < kBitmaps; ++number) {
         const BitmapEntry entry = EntryOfBitmap(number);
         if (entry.name.empty() || entry.fromDataPack || entry.strip > 1) continue;
         auto picture = entry.strip == 1 ? PaintChannelNumbers(fonts, kStripFrames) : PaintBitmap(fonts, number);
-        if (!picture) picture = PaintComing(number);
+        if (!picture) throw std::runtime_error("nothing draws bitmap " + std::to_string(number) + ", " + entry.name);
         entries.push_back({entry.name, picture->canvas.ToTga(picture->alpha)});
     }
 }

@@ -50,7 +50,7 @@ constexpr Colour kPoints = 0xFFB347;
 constexpr Colour kSelection = 0x45E6FF;
 
 // The pattern.
-constexpr Colour kRow = 0x13171B;
+constexpr Colour kRow = kWell;
 constexpr Colour kBeatRow = 0x1C2228;
 constexpr Colour kBarRow = 0x262E36;
 constexpr Colour kCursorRow = 0x2B4754;

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "interface/layout/PatternPictures.h"
 #include "tools/skin/Painters.h"
 
 namespace vonta::skin {
@@ -27,8 +28,8 @@ struct Piece {
 // --- Lines and rows of the pattern -----------------------------------------------------------------------------
 
 void PaintUprightLine(Canvas& canvas, const FontSet&, const Piece& piece) {
-    canvas.Fill(0, 0, 1, piece.height, kWellShade);
-    canvas.Fill(1, 0, 1, piece.height, piece.colour);
+    canvas.Fill(0, 0, piece.width - 1, piece.height, kWellShade);
+    canvas.Fill(piece.width - 1, 0, 1, piece.height, piece.colour);
 }
 
 void PaintLevelLine(Canvas& canvas, const FontSet&, const Piece& piece) {
@@ -65,6 +66,15 @@ void PaintLamp(Canvas& canvas, const FontSet&, const Piece& piece) {
     canvas.Fill(1, 0, piece.width - 2, piece.height, kWellShade);
     canvas.Fill(1, 1, piece.width - 2, piece.height - 2, piece.colour);
     canvas.Fill(1, 1, piece.width - 2, 1, Mix(piece.colour, 0xFFFFFF, 0.4));
+}
+
+// A channel that takes notes in turn: where there is no room the lamp stands alone. Which is next shows an arrow.
+void PaintMark(Canvas& canvas, const FontSet&, const Piece& piece) {
+    constexpr int kLampWidth = 6, kLampHeight = 5, kArrow = 8;
+    canvas.Fill(0, 0, kLampWidth, kLampHeight, kWellShade);
+    canvas.Fill(1, 1, kLampWidth - 2, kLampHeight - 2, piece.colour);
+    if (piece.number != kPictureNextMark) return;
+    for (int i = 0; i < 3; ++i) canvas.Fill(kArrow + i, i, 1, kLampHeight - 2 * i, piece.colour);
 }
 
 // A flag at the head or the foot of a line that it stands on; the number tells which.
@@ -131,16 +141,6 @@ void PaintSliderKnob(Canvas& canvas, const FontSet&, const Piece& piece) {
     canvas.Fill(x, y, 4, 1, Mix(piece.colour, 0xFFFFFF, 0.4));
 }
 
-constexpr int kScrollEnd = 16, kScrollRight = 20;   // widths of the buttons at the ends
-void PaintScrollbar(Canvas& canvas, const FontSet& fonts, const Piece& piece) {
-    const State state = piece.number == 62 ? State::Normal : State::Pressed;
-    canvas.Fill(0, 0, piece.width, piece.height, kPanel);
-    const int right = piece.width - kScrollRight;
-    PaintItem(canvas, fonts, {Look::Slider, kNoControl, kScrollEnd, 0, right - kScrollEnd, piece.height}, state, 0, 0);
-    PaintItem(canvas, fonts, {Look::SmallButton, kNoControl, 0, 0, kScrollEnd, piece.height, "<"}, state, 0, 0);
-    PaintItem(canvas, fonts, {Look::SmallButton, kNoControl, right, 0, kScrollRight, piece.height, ">"}, state, 0, 0);
-}
-
 void PaintSmallPlate(Canvas& canvas, const FontSet& fonts, const Piece& piece) {
     canvas.Fill(0, 0, piece.width, piece.height, kPanel);
     const State state = piece.colour == kAmber ? State::Pressed : State::Normal;
@@ -161,26 +161,24 @@ constexpr Piece kPieces[] = {
     {57, 24, 16, false, PaintSmallPlate, kAmber, ">"},
     {58, 24, 16, false, PaintSmallPlate, kFace, "vol"},
     {59, 24, 16, false, PaintSmallPlate, kAmber, "vol"},
-    {62, kWidth, 16, false, PaintScrollbar},
-    {63, kWidth, 16, false, PaintScrollbar},
-    {66, 6, 6, false, PaintLamp, kCyanDark},
-    {67, 6, 6, false, PaintLamp, kCyanLight},
-    {68, 7, 7, false, PaintLamp, kPanelLight},
-    {69, 7, 7, false, PaintLamp, kAmber},
+    {kPictureMark, 14, 8, true, PaintMark, kCyanDark},
+    {kPictureNextMark, 14, 8, true, PaintMark, kCyanLight},
+    {kPictureIdle, 7, 8, true, PaintLamp, kPanelLight},
+    {kPictureActive, 7, 8, true, PaintLamp, kAmber},
     {70, 22, 11, true, PaintBadge, kCyan, "SYN"},
     {71, 22, 11, true, PaintBadge, kAmber, "MIDI"},
-    {72, 2, 56, false, PaintUprightLine, kPanelLight},
-    {73, 2, 56, false, PaintUprightLine, kGroupEdge},
-    {81, 2, 352, false, PaintUprightLine, kBarRow},
+    {kPictureCellLine, 1, 56, false, PaintUprightLine, kGroupEdge},
+    {kPictureLevelPeak, 2, 12, false, PaintRow, kAmberLight},
+    {kPictureTrackLine, 2, 352, false, PaintUprightLine, kBarRow},
     {74, kWidth, 2, false, PaintLevelLine, kPanelLight},
-    {75, kWidth, kRowHeight, false, PaintRow, kBeatRow},
-    {76, kWidth, kRowHeight, false, PaintCursorRow, kCursorRow},
-    {194, kWidth, kRowHeight, false, PaintRow, kBarRow},
+    {kPictureBeatRow, kWidth, kRowHeight, false, PaintRow, kBeatRow},
+    {kPictureCursorRow, kWidth, kRowHeight, false, PaintCursorRow, kCursorRow},
+    {kPictureBarRow, kWidth, kRowHeight, false, PaintRow, kBarRow},
     {77, 10, 55, false, PaintBlackKey, kEbony},
     {78, 14, 88, false, PaintWhiteKey, kIvory},
     {79, 10, 55, false, PaintBlackKey, kAmberDark},
     {80, 14, 88, false, PaintWhiteKey, kAmber},
-    {82, 84, kRowHeight, false, PaintCursor},
+    {kPictureCursor, 84, kRowHeight, false, PaintCursor},
     {120, kWidth, 6, true, PaintRecording},
     {190, 16, 16, true, PaintSliderKnob, kCyan},
     {191, 20, 25, true, PaintHandle, kAmber},
@@ -201,18 +199,15 @@ std::optional<Picture> PaintPiece(const FontSet& fonts, int number) {
     return picture;
 }
 
-// What fits in the narrowest cell, the number, stands at the left; wide cells show the word as well.
 Picture PaintChannelNumbers(const FontSet& fonts, int frames) {
-    constexpr int kFrameWidth = 64, kFrameHeight = 44;
+    constexpr int kFrameWidth = 24, kFrameHeight = 16, kStrike = 8;
     Picture strip{Canvas(frames * kFrameWidth, kFrameHeight), false};
     for (int i = 0; i < frames; ++i) {
-        Canvas frame(kFrameWidth, kFrameHeight, kWell);
-        for (int y = 0; y < kFrameHeight; ++y)
-            for (int x = 0; x < kFrameWidth; ++x)
-                if ((x + y) % 8 < 2) frame.Pixel(x, y, kBeatRow);
         const std::string number = std::to_string(i + 1);
-        frame.Text(fonts[kMini], 0, -4, number, kLabel);
-        frame.Text(fonts[kSmall], 12, kFrameHeight / 2 - 8, "mute", kLabel);
+        Canvas frame(kFrameWidth, kFrameHeight, kWell);
+        frame.Text(fonts[kStd], 0, 0, number, kLabel);
+        frame.Fill(0, kStrike - 1, fonts[kStd].WidthOf(number), 3, kWell);
+        frame.Fill(0, kStrike, fonts[kStd].WidthOf(number), 1, kRed);
         for (int x = 0; x < kFrameWidth; ++x)
             for (int y = 0; y < kFrameHeight; ++y) strip.canvas.Pixel(x * frames + i, y, frame.At(x, y));
     }
