@@ -51,7 +51,7 @@ public:
     MouseRegions& Regions() { return regions_; }
     Screen& GetScreen(int slot) { return *m_screens[static_cast<std::size_t>(slot)]; }
     DiskOpScreen& DiskOp();
-    void SetClock(std::function<std::uint32_t()> milliseconds) { clock_ = std::move(milliseconds); }   // a test's own
+    void SetClock(std::function<std::uint32_t()> milliseconds);  // a test's own
     std::uint32_t Now() const { return clock_(); }               // milliseconds; wraps
 
     // --- Start. Start.cpp. Goes through on the first run and after each change of the video mode.
