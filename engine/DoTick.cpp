@@ -153,6 +153,7 @@ void SndPlayer::PerformPlay(std::uint8_t flags) {
     startTime_ = Milliseconds();
     random_ = 1;
     ended_ = 0;
+    desynced_ = 0;
     playing_ = 1;
     DoTick();
     tickCounter_ = 0;

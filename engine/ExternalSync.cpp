@@ -49,7 +49,9 @@ void SndPlayer::FollowHost() {
 void SndPlayer::FollowHostPosition() {
     std::uint32_t tick, row;
     double fraction;
-    if (!GetSyncPosition(tick, fraction, row)) return;
+    const bool usable = GetSyncPosition(tick, fraction, row);
+    desynced_ = !usable || tick + 1 < tickCounter_ || tick > tickCounter_ + 1;
+    if (!usable) return;
     const int expectedRow = static_cast<int>(row % kRowsCompared);
     if (expectedRow != row_)
         DebugOutput("Lineaactual erronea actualpatron(%i) actualSync(%i)\n", int{row_}, expectedRow);

@@ -48,6 +48,7 @@ void Mixer::FinishBlock(int frames, std::uint32_t now) {
     for (int port = 0; port < kFlushedMidiOuts; ++port)
         if (midiOut[port]) midiOut[port]->Flush(now);
     ClipOutputs(*this, frames);
+    scope.TakeBlock(*this, frames);
 }
 
 }  // namespace vonta

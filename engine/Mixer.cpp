@@ -34,6 +34,7 @@ void Mixer::MixSegment(Song& song, int offset, int frames) {
     }
     Store(busUsed, segment.busesWritten);
     Store(fxUsed, segment.slotsWritten);
+    scope.TakeSegment(*this, offset, frames);
 }
 
 void Mixer::SetEffect(int slot, std::unique_ptr<EffectSlot> effect) {

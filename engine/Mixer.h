@@ -16,6 +16,7 @@
 #include "engine/Channel.h"
 #include "engine/CpuScan.h"
 #include "engine/MixLoop.h"
+#include "engine/ScopeTap.h"
 #include "midi/DrvMIDIIN.h"
 #include "midi/DrvMIDIOUT.h"
 #include "song/Song.h"
@@ -72,6 +73,7 @@ struct Mixer {
     // Of the segment last mixed, for the meters of the interface.
     std::uint8_t busUsed = 0;                     // bit per bus
     std::uint16_t fxUsed = 0;                     // bit per slot
+    ScopeTap scope;
 
     Mixer();
     Mixer(const Mixer&) = delete;

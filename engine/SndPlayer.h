@@ -131,6 +131,7 @@ public:
     int OutputClass() const { return outputClass_; }             // 0, 1 DirectSound planes; 2 WaveOut, ASIO; 3 neither
     void SetSongEndListener(SongEndListener* listener) { songEndListener_ = listener; }   // or null
     PositionNotice& GetPositionNotice() { return notice_; }
+    bool IsDesynced() const { return desynced_; }  // a host's clock has lost us: its position is not ours, or cannot be had
     bool TakePositionJump() { return positionJumped_.exchange(false); }   // a host moved us: redraw
 
     // While on, rows performed are remembered from PerformPlay on, and Revisited tells whether a jump or a break has
@@ -282,6 +283,7 @@ private:
     JamQueue jam_;
     PositionNotice notice_;
     std::atomic<bool> positionJumped_{false};
+    Relaxed<std::uint8_t> desynced_{0};
 
     // Mutes of sounding notes, applied by the audio side: channels change places under it.
     enum MuteRequest : std::uint8_t { kKeep, kUnmute, kMute };
