@@ -1,14 +1,15 @@
 #include "app/PlayerHost.h"
 
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <optional>
 
 #include "app/config/StartDirectory.h"
 #include "formats/Loaders.h"
-#include "tests/support/SongBuilder.h"
+#include "tests/support/FullSong.h"
+#include "tests/support/SongCompare.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {
@@ -76,25 +77,6 @@ TEST_F(CrashBackupTest, SavesTheSongInTheStartDirectoryAndEndsTheProcess) {
     }
 }
 
-TEST_F(CrashBackupTest, ABackupHoldsTheSong) {
-    // A fork, so that the child writes where the parent reads.
-    TempDirectory data;
-    Set("XDG_DATA_HOME", data.Path().string());
-    GTEST_FLAG_SET(death_test_style, "fast");
-    EXPECT_EXIT(
-        {
-            PlayerHost app;
-            CrashWithSong(app, false);
-        },
-        testing::ExitedWithCode(1), "saved");
-    LoadReport report;
-    bool hasUnknownChunks = false;
-    const auto song = LoadModule(data.File("vonta/backup.vtm"), hasUnknownChunks, report);
-    ASSERT_TRUE(song) << report.error;
-    EXPECT_EQ(song->title, "Precious");
-    EXPECT_EQ(song->GetInstrument(0)->GetSample(0)->Count(), 64u);
-}
-
 TEST_F(CrashBackupTest, SaysSoWhenItCannotSave) {
     Set("XDG_DATA_HOME", "/dev/null");
     EXPECT_EXIT(
@@ -105,45 +87,74 @@ TEST_F(CrashBackupTest, SaysSoWhenItCannotSave) {
         testing::ExitedWithCode(1), "Internal error, backup.vtm could not be saved");
 }
 
-TEST_F(CrashBackupTest, AFaultOfTheWorkLeadsThere) {
-    TempDirectory data;
-    Set("XDG_DATA_HOME", data.Path().string());
-    EXPECT_EXIT(
-        {
-            PlayerHost app;
-            app.StartPlayer();
-            app.Guarded([] { return raise(SIGSEGV); });
-        },
-        testing::ExitedWithCode(1), "Internal error, backup.vtm saved");
+void Fault() {
+    volatile std::uintptr_t nowhere = 16;
+    *reinterpret_cast<volatile int*>(nowhere) = 1;
 }
 
-// Faults on its first block.
-class BrokenEffect final : public EffectSlot {
+class FaultingEffect final : public test::FakePlugin<EffectSlot> {
 public:
-    BrokenEffect() { on = 1; }
-    bool Load(const std::string&) override { return true; }
-    bool Init(int, int, int, std::uint32_t) override { return true; }
+    using FakePlugin::FakePlugin;
     void Uninit() override {}
-    std::string GetPath() const override { return {}; }
-    int Process(float*, int, int) override { return raise(SIGSEGV); }
+    int Process(float*, int, int) override { return Fault(), 0; }
 };
 
-TEST_F(CrashBackupTest, AFaultOfTheAudioSideLeadsThereFromItsThread) {
-    TempDirectory data;
-    Set("XDG_DATA_HOME", data.Path().string());
-    GTEST_FLAG_SET(death_test_style, "fast");
+template <class Effect>
+std::unique_ptr<Song> DoomedSong() {
+    auto song = test::FullSong();
+    song->fxSlots[3] = std::make_unique<Effect>("doomed.so");
+    song->fxSlots[3]->on = 1;
+    song->fxNames[3] = song->fxSlots[3]->GetName();
+    return song;
+}
+
+// The child is this program anew, which runs the test up to its crash: it finds the parent's directory here.
+class RealFaultTest : public testing::Test {
+protected:
+    static constexpr const char* kShared = "VONTA_TEST_DATA";
+    RealFaultTest() {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        if (!std::getenv(kShared)) setenv(kShared, own_.emplace().Path().c_str(), 1);
+        setenv("XDG_DATA_HOME", std::getenv(kShared), 1);
+    }
+    ~RealFaultTest() override {
+        unsetenv(kShared);
+        unsetenv("XDG_DATA_HOME");
+    }
+    void ExpectWholeBackup() const {
+        const test::FakeLoader plugins;
+        LoadReport report;
+        report.plugins = plugins.Get();
+        bool hasUnknownChunks = false;
+        const auto saved = LoadModule(own_->File("vonta/backup.vtm"), hasUnknownChunks, report);
+        ASSERT_TRUE(saved) << report.error;
+        test::ExpectSame(*DoomedSong<test::FakeEffect>(), *saved);
+    }
+    std::optional<TempDirectory> own_;
+};
+
+TEST_F(RealFaultTest, OfTheInterfaceThreadLeavesTheWholeSong) {
     EXPECT_EXIT(
         {
             PlayerHost app;
             app.StartPlayer(SoundChoice{});
-            {
-                const MixerPause hold(*app.GetSndPlayer());
-                app.GetSndPlayer()->GetMixer().SetEffect(0, std::make_unique<BrokenEffect>());
-            }
+            app.InstallSong(DoomedSong<test::FakeEffect>());
+            app.Guarded([] { return Fault(), 0; });
+        },
+        testing::ExitedWithCode(1), "Internal error, backup.vtm saved");
+    ExpectWholeBackup();
+}
+
+TEST_F(RealFaultTest, OfTheAudioThreadLeavesTheWholeSong) {
+    EXPECT_EXIT(
+        {
+            PlayerHost app;
+            app.StartPlayer(SoundChoice{});
+            app.InstallSong(DoomedSong<FaultingEffect>());
             while (true) pause();
         },
         testing::ExitedWithCode(1), "Internal error, backup.vtm saved");
-    EXPECT_TRUE(fs::exists(data.Path() / "vonta/backup.vtm"));
+    ExpectWholeBackup();
 }
 
 }  // namespace

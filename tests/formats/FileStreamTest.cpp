@@ -1,38 +1,20 @@
 #include "formats/FileStream.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
-#include <csignal>
 #include <filesystem>
 #include <random>
 
 #include "tests/support/ByteBuilder.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {
 namespace {
 
 using test::ByteBuilder;
-
-// While it lives, no file of this process grows beyond `bytes`.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &old_);
-        const rlimit limit{bytes, old_.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &old_);
-        std::signal(SIGXFSZ, handler_);
-    }
-
-private:
-    rlimit old_{};
-    void (*handler_)(int);
-};
+using test::FileSizeLimit;
 
 TEST(DiskStream, WritesAndReadsWhatAMemoryStreamDoesWhateverTheSteps) {
     const TempDirectory dir;

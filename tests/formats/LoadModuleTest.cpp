@@ -62,28 +62,5 @@ TEST(LoadReport, HoldsTwentyLinesOfBoundedLengthAndTheFirstReason) {
     EXPECT_EQ(report.error, "first 1");
 }
 
-TEST(SaveFile, ModesWithoutAFileLeaveNoneBehind) {
-    const TempDirectory dir;
-    const auto song = Song::MakeDefault();
-    std::string base;
-    SaveOptions mixdown;
-    mixdown.mixdown = [&](const std::string& path, Song&) {
-        base = path;
-        return 0;
-    };
-    const struct { int mode; const SaveOptions& options; int result; } cases[] = {
-        {0, mixdown, 1}, {1, mixdown, 1}, {7, mixdown, 1}, {-1, mixdown, 1}, {5, mixdown, 0}, {6, mixdown, 0},
-        {6, {}, 1},
-    };
-    for (const auto& c : cases) {
-        DiskStream stream;
-        ASSERT_TRUE(stream.Open(dir.File("out"), "wb"));
-        EXPECT_EQ(SaveFile(&stream, static_cast<SaveMode>(c.mode), *song, c.options), c.result) << c.mode;
-        EXPECT_EQ(dir.List().size(), 0u) << c.mode;
-    }
-    EXPECT_EQ(base, dir.File("out"));
-    EXPECT_EQ(SaveFile(nullptr, SaveMode::Nothing, *song, {}), 1);
-}
-
 }  // namespace
 }  // namespace vonta

@@ -4,13 +4,14 @@
 
 #include "formats/LoaderVTI.h"
 #include "formats/SaverVTI.h"
+#include "tests/support/Damage.h"
 #include "tests/support/FullSong.h"
 
 namespace vonta {
 namespace {
 
 using namespace test;
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = FileBytes;
 
 Bytes SaveSong(Song& song, bool compress) {
     SaveOptions options;
@@ -50,26 +51,12 @@ void LoadInstrumentBytes(const Bytes& bytes) {
     ASSERT_TRUE(LoadInstrumentNative(second, report));
 }
 
-// Runs `load` over prefixes, flipped bytes and fields set to extremes, about `steps` places of each.
+// About so many places of the file are damaged.
 template <class LoadFile>
-void Damage(const Bytes& good, std::size_t steps, LoadFile load) {
-    const std::size_t step = std::max<std::size_t>(1, good.size() / steps);
-    for (std::size_t at = 0; at < good.size(); at += step) {
-        load(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(at)));
-        for (const std::size_t width : {1u, 2u, 4u})
-            for (const std::uint32_t value : {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}) {
-                Bytes bad = good;
-                // An n-byte field of the same form: its top byte carries the sign.
-                const std::uint32_t field = value > 1 && width < 4 ? value >> (32 - 8 * width) : value;
-                for (std::size_t i = 0; i < width && at + i < bad.size(); ++i)
-                    bad[at + i] = static_cast<std::uint8_t>(field >> 8 * i);
-                load(bad);
-            }
-        Bytes flipped = good;
-        flipped[at] ^= 0xFF;
-        load(flipped);
-        if (testing::Test::HasFatalFailure()) FAIL() << "at byte " << at;
-    }
+void Damage(const Bytes& good, std::size_t places, LoadFile load) {
+    const std::size_t step = std::max<std::size_t>(1, good.size() / places);
+    TryPrefixes(good, load, step);
+    TryFields(good, load, step);
 }
 
 TEST(NativeDamage, SongsLoadWhatIsSoundOrRefuse) { Damage(SaveSong(*SmallSong(), false), 80, LoadSong); }
