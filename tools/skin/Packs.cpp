@@ -16,6 +16,7 @@ namespace vonta::skin {
 namespace {
 
 constexpr int kStripFrames = 32;
+constexpr int kWindowIcon = 48;                  // pixels, wide and high
 
 struct ColourRow {
     const char* name;
@@ -26,7 +27,9 @@ constexpr ColourRow kColours[] = {
     {"lines", kLines}, {"points", kPoints}, {"Selection", kSelection},
 };
 
-std::string SkinName(const std::string& folder, const std::string& name) { return "skin\\" + folder + "\\" + name + ".tga"; }
+std::string SkinName(const std::string& folder, const std::string& name) {
+    return "skin\\" + folder + "\\" + name + ".tga";
+}
 
 // Character c is the sixteen rows from 16 c on.
 Canvas PaintFont(const GlyphSet& font) {
@@ -44,7 +47,8 @@ std::optional<Picture> PaintBitmap(const FontSet& fonts, int number) {
         if (layout->bitmap == number) return Picture{PaintScreen(fonts, *layout, State::Normal)};
         if (layout->pressedBitmap == number) return Picture{PaintScreen(fonts, *layout, State::Pressed)};
     }
-    constexpr std::pair<int, Colour> kKnobs[] = {{kBitmapRedKnob, kRed}, {kBitmapGreenKnob, kGreen}, {kBitmapBlueKnob, kCyan}};
+    constexpr std::pair<int, Colour> kKnobs[] = {
+        {kBitmapRedKnob, kRed}, {kBitmapGreenKnob, kGreen}, {kBitmapBlueKnob, kCyan}};
     for (const auto& [first, colour] : kKnobs)
         if (number >= first && number < first + kKnobPositions) return PaintKnob(colour, number - first);
     return PaintPiece(fonts, number);
@@ -72,7 +76,8 @@ std::vector<PackEntry> SkinEntries(const FontSet& fonts) {
     std::vector<PackEntry> entries = {{"skin\\Version081", {}}};
     AddBitmaps(fonts, entries);
     for (const GlyphSet& font : fonts) entries.push_back({SkinName("Fonts", font.name), PaintFont(font).ToTga(false)});
-    for (const ColourRow& row : kColours) entries.push_back({SkinName("Colors", row.name), Canvas(1, 1, row.colour).ToTga(false)});
+    for (const ColourRow& row : kColours)
+        entries.push_back({SkinName("Colors", row.name), Canvas(1, 1, row.colour).ToTga(false)});
     return entries;
 }
 
@@ -81,6 +86,7 @@ std::vector<PackEntry> DataEntries(const FontSet& fonts, const std::string& text
         {"data\\loading.tga", PaintSplash(fonts).ToTga(false)},
         {"data\\rect.tga", PaintProgressUnit().ToTga(false)},
         {"data\\mouse.tga", PaintMouse().ToTga(true)},
+        {"data\\icon.tga", PaintIcon(kWindowIcon).ToTga(true)},
         {"data\\aboutgfx.tga", PaintAboutPicture(fonts).ToTga(true)},
         {"data\\abouttable.raw", AboutTable()},
         {"data\\abouttexture.raw", AboutTexture()},

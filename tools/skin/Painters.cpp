@@ -168,7 +168,8 @@ Canvas PaintScreen(const FontSet& fonts, const ScreenLayout& layout, State state
     PaintPanel(canvas, 0, 0, layout.width, layout.height);
     for (const bool edges : {true, false})   // the edges of groups first, so that they cut nothing
         for (const LayoutItem& item : layout.items)
-            if ((item.look == Look::Group) == edges) PaintItem(canvas, fonts, item, state, layout.OriginX(), layout.OriginY());
+            if ((item.look == Look::Group) == edges)
+                PaintItem(canvas, fonts, item, state, layout.OriginX(), layout.OriginY());
     return canvas;
 }
 

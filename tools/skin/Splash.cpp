@@ -158,7 +158,8 @@ Canvas PaintIcon(int size) {
     constexpr std::array<double, 7> kBars = {7, 14, 9, 18, 11, 15, 6};
     for (std::size_t i = 0; i < kBars.size(); ++i) {
         icon.Ink(i == 3 ? kAmberLight : kCyanDark);
-        cairo_rectangle(pen, (8 + 4.75 * static_cast<double>(i)) * unit, (41 - kBars[i]) * unit, 3.25 * unit, kBars[i] * unit);
+        const double left = 8 + 4.75 * static_cast<double>(i);
+        cairo_rectangle(pen, left * unit, (41 - kBars[i]) * unit, 3.25 * unit, kBars[i] * unit);
         cairo_fill(pen);
     }
     cairo_set_line_cap(pen, CAIRO_LINE_CAP_ROUND);

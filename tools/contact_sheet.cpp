@@ -1,0 +1,157 @@
+// contact_sheet DATA OUTDIR: paints every screen in a typical state, as the program would, and writes a PNG of each and
+// all of them on sheets. DATA holds Vonta.dat and Skins/ as the build leaves them.
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+#include "interface/layout/QuestionLayouts.h"
+#include "tests/support/InterfaceRig.h"
+#include "tools/DemoSong.h"
+#include "tools/skin/Canvas.h"
+
+namespace {
+
+using namespace vonta;
+
+constexpr int kSoundMs = 2600;                   // that a playing scene has played
+constexpr int kPerRow = 2, kPerSheet = 6, kGap = 8;
+constexpr skin::Colour kPaper = 0x808080;
+
+void OpenSlot(InterfaceRig& rig, int slot) { rig.ui.ShowScreen(slot); }
+
+void Play(InterfaceRig& rig, int milliseconds) {
+    rig.player.Play(0);
+    for (int at = 0; at < milliseconds; at += InterfaceRig::kFrameMs) {
+        rig.Sound(InterfaceRig::kFrameMs);
+        rig.Frame();
+    }
+}
+
+void ShowChannels(InterfaceRig& rig, int channels) {
+    rig.state.SetVisibleChannels(channels);
+    rig.Frame();
+    rig.state.SetRow(16);
+}
+
+void Select(InterfaceRig& rig) {
+    ShowChannels(rig, 8);
+    rig.Frame();
+    rig.state.SelectionStart(120, 13 * 9);
+    rig.state.SelectionExtend(390, 13 * 20, false);
+}
+
+void Record(InterfaceRig& rig) {
+    ShowChannels(rig, 8);
+    rig.state.pending.m_bEditMode = true;
+    for (const int channel : {1, 2, 4}) rig.state.MarkChannel(channel, true);
+    rig.Frame();
+    rig.state.CursorRight();
+}
+
+// A directory with something of each kind.
+void FillDirectory(InterfaceRig& rig) {
+    for (const std::string name : {"Ambient", "Drums", "Voices"})
+        std::filesystem::create_directory(rig.directory.Path() / name);
+    for (const std::string name :
+         {"evening train.vtm", "first light.xm", "harbour.vtm", "kitchen radio.mod", "night bus.vtm"})
+        std::ofstream(rig.directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
+    std::filesystem::current_path(rig.directory.Path());
+}
+
+struct Scene {
+    const char* name;
+    void (*set)(InterfaceRig& rig);
+};
+
+constexpr Scene kScenes[] = {
+    {"start", [](InterfaceRig&) {}},
+    {"playing", [](InterfaceRig& rig) { Play(rig, kSoundMs); }},
+    {"recording", Record},
+    {"selection", Select},
+    {"channels-4", [](InterfaceRig& rig) { ShowChannels(rig, 4); }},
+    {"channels-16", [](InterfaceRig& rig) { ShowChannels(rig, 16); }},
+    {"channels-24", [](InterfaceRig& rig) { ShowChannels(rig, 24); }},
+    {"channels-32", [](InterfaceRig& rig) { ShowChannels(rig, 32); }},
+    {"disk-op", [](InterfaceRig& rig) { FillDirectory(rig); OpenSlot(rig, kScreenDiskOp); }},
+    {"advanced-edit", [](InterfaceRig& rig) { OpenSlot(rig, kScreenAdvancedEdit); }},
+    {"config", [](InterfaceRig& rig) { OpenSlot(rig, kScreenConfig); }},
+    {"help", [](InterfaceRig& rig) { OpenSlot(rig, kScreenHelp); }},
+    {"song-info", [](InterfaceRig& rig) { OpenSlot(rig, kScreenSongInfo); }},
+    {"cpu-scan", [](InterfaceRig& rig) { OpenSlot(rig, kScreenCpuScan); Play(rig, kSoundMs); }},
+    {"about", [](InterfaceRig& rig) { OpenSlot(rig, kScreenAbout); Play(rig, kSoundMs); }},
+    {"visual", [](InterfaceRig& rig) { OpenSlot(rig, kScreenVisual); }},
+    {"game", [](InterfaceRig& rig) { OpenSlot(rig, kScreenGame); }},
+    {"question", [](InterfaceRig& rig) { rig.ui.AskToQuit(); }},
+    {"zap", [](InterfaceRig& rig) { rig.ui.AskForZap(); }},
+    {"save", [](InterfaceRig& rig) { rig.ui.Ask("", {}, {}, DialogMode::Save); }},
+    {"message", [](InterfaceRig& rig) { rig.ui.Tell("night bus.vtm could not be loaded"); }},
+    {"busy", [](InterfaceRig& rig) { rig.state.m_bLoadRequested = true; rig.state.m_szRequestedFile = "harbour.vtm"; }},
+    {"instrument", [](InterfaceRig& rig) { OpenSlot(rig, kScreenInstrumentEditor); }},
+    {"sample", [](InterfaceRig& rig) { OpenSlot(rig, kScreenSampleEditor); }},
+    {"mixer", [](InterfaceRig& rig) { OpenSlot(rig, kScreenMixer); }},
+    {"multifx", [](InterfaceRig& rig) { OpenSlot(rig, kScreenMultiFx); }},
+    {"track-editor", [](InterfaceRig& rig) { OpenSlot(rig, kScreenTrackEditor); }},
+};
+
+ResourcePacks OpenPacks(const std::string& data) {
+    ResourcePacks packs;
+    packs.m_pDataPack = std::make_unique<PackFile>(data + "/Vonta.dat");
+    packs.m_pDefaultSkin = std::make_unique<PackFile>(data + "/Skins/Default.vts");
+    packs.m_pSkin = std::make_unique<PackFile>(data + "/Skins/Default.vts");
+    packs.m_nSkinVersion = GetSkinVersion(data + "/Skins/Default.vts");
+    if (!packs.m_pDataPack->IsOpen() || !packs.m_pDefaultSkin->IsOpen())
+        throw std::runtime_error(data + ": no packs there");
+    return packs;
+}
+
+skin::Canvas Photograph(const std::string& data, const Scene& scene) {
+    InterfaceRig rig(ComposeDemoSong(), OpenPacks(data));
+    rig.Frame();
+    scene.set(rig);
+    rig.Frame();
+    rig.Frame();
+    skin::Canvas picture(kPictureWidth, kPictureHeight);
+    for (int y = 0; y < kPictureHeight; ++y)
+        for (int x = 0; x < kPictureWidth; ++x) picture.Pixel(x, y, rig.display.PixelAt(x, y));
+    std::filesystem::current_path(std::filesystem::path(data));
+    return picture;
+}
+
+void PutOnSheet(skin::Canvas& sheet, const skin::Canvas& picture, int place) {
+    sheet.Draw(picture, kGap + place % kPerRow * (kPictureWidth + kGap), kGap + place / kPerRow * (kPictureHeight + kGap));
+}
+
+void Develop(const std::string& data, const std::string& out) {
+    const int rows = kPerSheet / kPerRow;
+    int place = 0, number = 0;
+    skin::Canvas sheet(kGap + kPerRow * (kPictureWidth + kGap), kGap + rows * (kPictureHeight + kGap), kPaper);
+    const auto finish = [&] {
+        if (place > 0) sheet.WritePng(out + "/sheet-" + std::to_string(++number) + ".png");
+        sheet.Fill(0, 0, sheet.Width(), sheet.Height(), kPaper);
+        place = 0;
+    };
+    for (const Scene& scene : kScenes) {
+        skin::Canvas picture = Photograph(data, scene);
+        picture.WritePng(out + "/" + scene.name + ".png");
+        PutOnSheet(sheet, picture, place++);
+        if (place == kPerSheet) finish();
+    }
+    finish();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+    if (argc != 3) {
+        std::fputs("usage: contact_sheet DATA OUTDIR\n", stderr);
+        return 2;
+    }
+    std::filesystem::create_directories(argv[2]);
+    Develop(std::filesystem::absolute(argv[1]), std::filesystem::absolute(argv[2]));
+    return 0;
+} catch (const std::exception& failure) {
+    std::fprintf(stderr, "contact_sheet: %s\n", failure.what());
+    return 1;
+}
