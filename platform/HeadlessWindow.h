@@ -58,6 +58,7 @@ public:
 
     HeadlessDisplay& Screen() override { return display_; }
     void ShowCursor(bool on) override { cursor_ = on; }
+    void TakeText(bool) override {}
     bool CursorShown() const { return cursor_; }
     bool PollEvent(WindowEvent& event) override;
     bool WaitEvent(WindowEvent& event, int) override { return PollEvent(event); }   // nothing would ever come

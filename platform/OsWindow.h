@@ -51,6 +51,9 @@ public:
 
     virtual Display& Screen() = 0;
     virtual void ShowCursor(bool on) = 0;
+    // Characters are sent while on, as at first. Off while nothing is edited, an input method that composes characters
+    // keeps no key press to itself.
+    virtual void TakeText(bool on) = 0;
     virtual bool PollEvent(WindowEvent& event) = 0;  // false if none waits
     virtual bool WaitEvent(WindowEvent& event, int milliseconds) = 0;   // -1: as long as it takes
 };
