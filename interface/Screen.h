@@ -69,9 +69,9 @@ protected:
     const PressedLook& Look() const { return look_; }
     bool HasPainted() const { return look_.surface != ControlRecord::kNoSurface; }   // before: no controls
 
-    // The buttons of a table, and one of them. Not before the layout was painted.
+    // The buttons of a table, and one of them. Not before the layout was painted. x, y: where the layout counts from.
     template <class S, std::size_t rows>
-    void DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows]);
+    void DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows], int x = 0, int y = 0);
     void DeclareButton(const LayoutItem& item, ControlCallback onClick, const ControlRecord& record, bool latched);
 
 private:
@@ -95,13 +95,13 @@ struct ControlRow {
 constexpr std::uint32_t kRepeating = kOnLeftPress | kOnLeftHeld;
 
 template <class S, std::size_t rows>
-void Screen::DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows]) {
+void Screen::DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows], int x, int y) {
     for (const ControlRow<S>& row : table) {
         ControlRecord record;
         record.param = row.param;
         record.events = row.events;
         const bool latched = row.latched && (screen->*row.latched)(row.param);
-        DeclareButton(ItemOf(layout, row.id), {screen, row.press}, record, latched);
+        DeclareButton(MovedBy(ItemOf(layout, row.id), x, y), {screen, row.press}, record, latched);
     }
 }
 

@@ -4,12 +4,18 @@
 #include <cstddef>
 
 #include "interface/layout/ComingLayouts.h"
-#include "interface/layout/ConfigLayout.h"
-#include "interface/layout/DiskOpLayout.h"
-#include "interface/layout/FunLayouts.h"
-#include "interface/layout/MainLayout.h"
-#include "interface/layout/OptionsLayouts.h"
-#include "interface/layout/TextLayouts.h"
+#include "interface/screens/AboutScreen.h"
+#include "interface/screens/ConfigScreen.h"
+#include "interface/screens/CpuScanScreen.h"
+#include "interface/screens/DiskOpScreen.h"
+#include "interface/screens/GameScreen.h"
+#include "interface/screens/HelpScreen.h"
+#include "interface/screens/LeftOptionsScreen.h"
+#include "interface/screens/MainScreen.h"
+#include "interface/screens/QuestionScreen.h"
+#include "interface/screens/RightOptionsScreen.h"
+#include "interface/screens/SongInfoScreen.h"
+#include "interface/screens/VisualScreen.h"
 
 namespace vonta {
 namespace {
@@ -41,28 +47,28 @@ struct Row {
 // By slot.
 constexpr std::array<Row, kScreens> kRows{{
     {2, Make<Screen>},   // Pattern
-    {4, Picture<kLeftOptionsLayout>},   // Left options
-    {3, Picture<kRightOptionsLayout>},   // Right options
-    {3, Picture<kDiskOpLayout>},   // Disk Op
+    {4, Make<LeftOptionsScreen>},   // Left options
+    {3, Make<RightOptionsScreen>},   // Right options
+    {3, Make<DiskOpScreen>},   // Disk Op
     {5, Make<Screen>},   // Scopes
     {2, Picture<kInstrumentEditorLayout>},   // Instrument editor
-    {6, Picture<kMainLayout>},   // Main panel
+    {6, Make<MainScreen>},   // Main panel
     {2, Picture<kSampleEditorLayout>},   // Sample editor
     {5, Make<Screen>},   // Channel states
-    {4, Picture<kAboutLayout>},   // About
-    {1, Picture<kConfigLayout>},   // Config
+    {4, Make<AboutScreen>},   // About
+    {1, Make<ConfigScreen>},   // Config
     {2, Picture<kInstrumentExtendedLayout>},   // Instrument editor, extended
     {2, Picture<kMultiFxLayout>},   // MultiFX
     {2, Picture<kInstrumentFilterLayout>},   // Instrument filter
-    {4, Picture<kCpuScanLayout>},   // CPU scan
-    {1, Picture<kGameLayout>},   // Game
-    {1, Picture<kHelpLayout>},   // Help
+    {4, Make<CpuScanScreen>},   // CPU scan
+    {1, Make<GameScreen>},   // Game
+    {1, Make<HelpScreen>},   // Help
     {2, Picture<kMixerLayout>},   // Mixer
     {3, Make<Screen>},   // Advanced edit
-    {1, Picture<kSongInfoLayout>},   // Song info
-    {4, Picture<kVisualLayout>},   // Visual
+    {1, Make<SongInfoScreen>},   // Song info
+    {4, Make<VisualScreen>},   // Visual
     {2, Picture<kTrackEditorLayout>},   // Track editor
-    {7, Make<Screen>},   // Question
+    {7, Make<QuestionScreen>},   // Question
     {2, Picture<kMultiFxLayout>},   // Synth
 }};
 

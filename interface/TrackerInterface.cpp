@@ -1,6 +1,7 @@
 #include "interface/TrackerInterface.h"
 
 #include "interface/Screens.h"
+#include "interface/screens/DiskOpScreen.h"
 #include "platform/Clock.h"
 
 namespace vonta {
@@ -23,5 +24,7 @@ void TrackerInterface::SetClock(std::function<std::uint32_t()> milliseconds) {
 }
 
 TrackerInterface::~TrackerInterface() = default;
+
+DiskOpScreen& TrackerInterface::DiskOp() { return static_cast<DiskOpScreen&>(GetScreen(kScreenDiskOp)); }
 
 }  // namespace vonta

@@ -47,6 +47,7 @@ public:
     Video& Surfaces() { return video_; }
     Input& Keys() { return input_; }
     Skin& Pictures() { return skin_; }
+    ResourcePacks& Packs() { return packs_; }
     Fonts& Text() { return fonts_; }
     MouseRegions& Regions() { return regions_; }
     Screen& GetScreen(int slot) { return *m_screens[static_cast<std::size_t>(slot)]; }

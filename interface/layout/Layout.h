@@ -96,6 +96,12 @@ constexpr const LayoutItem& ItemOf(const ScreenLayout& layout, int id) {
     return layout.items.front();
 }
 
+constexpr LayoutItem MovedBy(LayoutItem item, int x, int y) {
+    item.x += x;
+    item.y += y;
+    return item;
+}
+
 // Every screen's table, in the order of the bitmap numbers.
 std::span<const ScreenLayout* const> AllLayouts();
 

@@ -1,0 +1,89 @@
+// Loading: the work between two frames. What was read waits in the requests of the state, and the old song plays on
+// until they are applied.
+#include <filesystem>
+
+#include "formats/Loaders.h"
+#include "interface/TrackerInterface.h"
+#include "interface/screens/DiskOpScreen.h"
+
+namespace vonta {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string NameOf(const std::string& path) { return fs::path(path).filename().string(); }
+
+std::string ReasonOf(const LoadReport& report) { return report.error.empty() ? "its format is not known" : report.error; }
+
+}  // namespace
+
+void DiskOpScreen::RequestLoad(FileKind kind, const std::string& path) {
+    m_nLoadKind = kind;
+    m_szChosenFile = path;
+    State().m_szRequestedFile = NameOf(path);
+    State().m_bLoadRequested = true;
+}
+
+void DiskOpScreen::LoadDropped(const std::string& path) {
+    FileKind kind = FileKind::Song;
+    if (FindKind(NameOf(path), kind)) RequestLoad(kind, path);
+    else Ui().Tell(NameOf(path) + " was not loaded: its name tells no format that is known");
+}
+
+void DiskOpScreen::LoadNow() {
+    using Read = std::string (DiskOpScreen::*)();
+    static constexpr Read kReaders[kFileKinds] = {
+        &DiskOpScreen::ReadSong,   &DiskOpScreen::ReadInstrument, &DiskOpScreen::ReadSample, &DiskOpScreen::ReadPlugin,
+        &DiskOpScreen::ReadPlugin, &DiskOpScreen::ReadPlugin,     &DiskOpScreen::ReadPlugin, &DiskOpScreen::ReadSkin};
+    const std::string error = (this->*kReaders[static_cast<int>(m_nLoadKind)])();
+    if (!error.empty()) Ui().Tell(State().m_szRequestedFile + " was not loaded: " + error);
+}
+
+std::string DiskOpScreen::ReadSong() {
+    LoadReport report;
+    bool unknownChunks = false;
+    auto song = LoadModule(m_szChosenFile, unknownChunks, report);
+    if (!song) return ReasonOf(report);
+    auto& request = State().requests.song;
+    request.object = std::move(song);
+    request.fileName = State().m_szRequestedFile;
+    request.unknownChunks = unknownChunks;
+    return {};
+}
+
+std::string DiskOpScreen::ReadInstrument() {
+    LoadReport report;
+    auto instrument = LoadInstrument(m_szChosenFile, report);
+    if (!instrument) return ReasonOf(report);
+    auto& request = State().requests.instrument;
+    request.slot = State().pending.m_nSelected[kListInstruments] - 1;
+    request.object = std::move(instrument);
+    request.fileName = State().m_szRequestedFile;
+    return {};
+}
+
+std::string DiskOpScreen::ReadSample() {
+    LoadReport report;
+    auto sample = LoadSample(m_szChosenFile, Settings().Has(kAutoTuneSample), report);
+    if (!sample) return ReasonOf(report);
+    sample->SetName(State().m_szRequestedFile);
+    auto& request = State().requests.sample;
+    request.instrument = State().pending.m_nSelected[kListInstruments] - 1;
+    request.sample = State().pending.m_nSample;
+    request.object = std::move(sample);
+    request.fileName = State().m_szRequestedFile;
+    return {};
+}
+
+std::string DiskOpScreen::ReadPlugin() { return "plug-ins cannot be loaded yet"; }
+
+// The configuration names a file of the directory of skins; another one is shown, but not remembered.
+std::string DiskOpScreen::ReadSkin() {
+    if (!Pictures().SetSkin(m_szChosenFile)) return "it cannot be opened";
+    std::error_code failed;
+    if (fs::equivalent(fs::path(m_szChosenFile).parent_path(), directories_.Of(FileKind::Skin), failed))
+        Settings().skin = State().m_szRequestedFile;
+    return {};
+}
+
+}  // namespace vonta
