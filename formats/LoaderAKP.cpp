@@ -167,9 +167,10 @@ void Program::ReadKeygroup(const RiffChunk& chunk) {
 void Program::AddZone(const Keygroup& group, const Zone& zone) {
     if (group.lowKey == kNoKey || group.highKey == kNoKey || sampleCount_ >= kMaxSamples || zone.name.empty()) return;
     AddSample(group, zone);
+    const int low = std::max<int>(zone.lowVelocity, 0), high = std::max<int>(zone.highVelocity, 0);
     for (int key = std::max<int>(group.lowKey, 0); key <= group.highKey; ++key) {
         if (zone.keyTracking == 0) instrument_.fixedKey[static_cast<std::size_t>(key)] = 1;
-        instrument_.AddKeySample(key, sampleCount_, zone.lowVelocity, zone.highVelocity);
+        instrument_.AddKeySample(key, sampleCount_, low, high);   // a save holds no others
     }
     ++sampleCount_;                                  // also without a wave: its keys stay silent
 }

@@ -89,6 +89,7 @@ void ReadSynth(InstrumentReader& reader, const ChunkHeader& chunk) {
     Instrument& instrument = reader.instrument;
     if (instrument.SetSynth(load.LoadSynth({synth.path})) == 0)
         return SetParameters(*instrument.synth, synth.values);
+    instrument.missingSynth = BytesOf([&](RecordWriter& out) { InstrumentSynthRecord(out, synth); });
     instrument.SetName("ERROR SYNTH: " + synth.path);
     in.Skip(in.Remaining() - rest);
 }

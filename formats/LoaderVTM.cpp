@@ -156,7 +156,11 @@ void ReadEffect(SongReader& reader, const ChunkHeader& chunk) {
     const std::string name = FileNameOf(settings.path), &directory = reader.load.report.fxDirectory;
     auto effect =
         reader.load.LoadEffect({settings.path, name, directory.empty() ? "" : directory + "/" + name});
-    if (effect) Apply(settings, *effect, chunk.version >= 2);
+    if (effect)
+        Apply(settings, *effect, chunk.version >= 2);
+    else
+        reader.song.missingEffects[settings.slot] =
+            BytesOf([&](RecordWriter& out) { EffectRecord(out, settings, kEffectChunk.newest); });
     reader.song.fxSlots[settings.slot] = std::move(effect);
 }
 
@@ -195,7 +199,11 @@ void ReadSynth(SongReader& reader, const ChunkHeader& chunk) {
         return;
     }
     auto synth = reader.load.LoadSynth({settings.path, FileNameOf(settings.path)});
-    if (synth) Apply(settings, *synth);
+    if (synth)
+        Apply(settings, *synth);
+    else
+        reader.song.missingSynths[settings.number] =
+            BytesOf([&](RecordWriter& out) { SongSynthRecord(out, settings); });
     reader.song.SetSynth(settings.number, std::move(synth));
 }
 

@@ -94,5 +94,6 @@ int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& o
 // A WAV file of 16 bits. 0 on success, and report.lines tell what it could not hold; 1 for a sample without a wave or a
 // failed write, and report.error says why.
 int SaveSample(const std::string& path, const Sample& sample, LoadReport& report);
+bool SaveSample(FileStream& stream, const Sample& sample);   // closes it; the caller has looked at the length
 
 }  // namespace vonta

@@ -21,7 +21,7 @@ std::unique_ptr<Plugin> LoadPlugin(NativeLoad& load, Factory<Plugin> PluginLoade
                                    const char* logged) {
     const PluginLoader* plugins = load.report.plugins;
     if (auto plugin = plugins ? FirstOf(plugins->*make, paths, plugins->sampleRate) : nullptr) return plugin;
-    ++load.lostPlugins;
+    ++load.missingPlugins;
     load.report.Add("Can't load %s %s", kind, FileNameOf(paths.front()).c_str());
     DebugOutput("ERROR: Can't load %s: %s", logged, paths.front().c_str());
     return nullptr;
@@ -39,8 +39,7 @@ std::unique_ptr<SynthPlugin> NativeLoad::LoadSynth(const std::vector<std::string
 
 void NativeLoad::ReportLosses() {
     if (chunks.In().Truncated()) report.Add("The file ends early: what is missing has its default values.");
-    if (lostPlugins > 0)
-        report.Add("%d plug-ins are missing: a save will not keep their settings.", lostPlugins);
+    if (missingPlugins > 0) report.Add("%d plug-ins are missing: a save keeps their settings.", missingPlugins);
 }
 
 void KeepSendsInside(Sends& sends) {

@@ -23,14 +23,14 @@ struct NativeLoad {
     LoadReport& report;
     // Bytes of memory that packed waves may still take beyond what music needs: see WaveData.cpp.
     std::int64_t unpackAllowance = std::int64_t{24} << 20;
-    int lostPlugins = 0;                             // plug-ins whose settings stayed in the file
+    int missingPlugins = 0;
 
     RecordReader Fields() { return RecordReader(chunks.In()); }
 
     // The first of the paths that is a plug-in; null, counted and reported (by its file name) if none is.
     std::unique_ptr<EffectSlot> LoadEffect(const std::vector<std::string>& paths);
     std::unique_ptr<SynthPlugin> LoadSynth(const std::vector<std::string>& paths);
-    // What the user has to know at the end: a file cut short, settings that the next save will not hold.
+    // What the user has to know at the end: a file cut short, what became of the settings of missing plug-ins.
     void ReportLosses();
 };
 
@@ -48,6 +48,16 @@ void KeepInside(Number& number, int last, Number standard) {
 }
 
 void KeepSendsInside(Sends& sends);
+
+// What a record takes in the file, to be written again as it is.
+template <class Record>
+std::vector<std::uint8_t> BytesOf(Record&& write) {
+    MemoryStream stream;
+    Writer out(stream);
+    RecordWriter io(out);
+    write(io);
+    return stream.Bytes();
+}
 
 // Hands the values to a plug-in that has so many parameters; those that are no number are left out.
 template <class Plugin>

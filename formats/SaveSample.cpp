@@ -24,6 +24,14 @@ constexpr FormatLimits kWavLimits = {
 
 }  // namespace
 
+bool SaveSample(FileStream& stream, const Sample& sample) {
+    Writer out(stream);
+    const auto channels = static_cast<std::uint16_t>(sample.Channels());
+    WriteWavHead(out, MakeWavFormat(channels, kSavedRate, kSavedBits), sample.Count() * 2);
+    WriteWaveValues<std::int16_t>(out, {sample.Wave(), sample.Count()});
+    return stream.Close();
+}
+
 int SaveSample(const std::string& path, const Sample& sample, LoadReport& report) {
     constexpr std::uint32_t most = std::numeric_limits<std::uint32_t>::max() - kWavHeadBytes;
     if (sample.Count() == 0 || sample.Count() > most / 2) {
@@ -31,17 +39,12 @@ int SaveSample(const std::string& path, const Sample& sample, LoadReport& report
         return 1;
     }
     DiskStream stream;
-    bool written = stream.Open(path, "wb");
-    if (written) {
-        Writer out(stream);
-        const auto channels = static_cast<std::uint16_t>(sample.Channels());
-        WriteWavHead(out, MakeWavFormat(channels, kSavedRate, kSavedBits), sample.Count() * 2);
-        WriteWaveValues<std::int16_t>(out, {sample.Wave(), sample.Count()});
-        written = stream.Close();
+    if (!stream.Open(path, "wb") || !SaveSample(stream, sample)) {
+        report.Fail("%s", stream.Error().c_str());
+        return 1;
     }
-    if (written) ReportLosses(sample, kWavLimits, report);
-    else report.Fail("%s", stream.Error().c_str());
-    return written ? 0 : 1;
+    ReportLosses(sample, kWavLimits, report);
+    return 0;
 }
 
 }  // namespace vonta

@@ -33,10 +33,14 @@ void WriteEnvelopes(ChunkWriter& chunks, const Instrument& instrument) {
                           instrument.GetEnvelopes(static_cast<EnvelopeKind>(kind))[alternative]);
 }
 
-void WriteSynth(ChunkWriter& chunks, const SynthPlugin& synth) {
+void WriteSynth(ChunkWriter& chunks, const Instrument& instrument) {
+    if (!instrument.synth && instrument.missingSynth.empty()) return;
     chunks.Chunk(kSynthChunk.Id(), [&] {
         RecordWriter io(chunks.Out());
-        InstrumentSynthRecord(io, InstrumentSynth{synth.GetPath(), GetParameters(synth)});
+        if (const SynthPlugin* synth = instrument.synth.get())
+            InstrumentSynthRecord(io, InstrumentSynth{synth->GetPath(), GetParameters(*synth)});
+        else
+            io.Bytes(instrument.missingSynth);
     });
 }
 
@@ -49,7 +53,7 @@ void WriteInstrumentBody(ChunkWriter& chunks, const Instrument& instrument, bool
     for (int number = 0; number < kMaxSamples; ++number)
         if (const Sample* sample = instrument.GetSample(number)) WriteSample(chunks, number, *sample, compress);
     WriteEnvelopes(chunks, instrument);
-    if (instrument.synth) WriteSynth(chunks, *instrument.synth);
+    WriteSynth(chunks, instrument);
     chunks.WriteEnd();
 }
 

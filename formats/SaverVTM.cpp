@@ -94,10 +94,19 @@ const EffectSlot* FindSlot(const Song& song, std::size_t slot) {
     return played ? played : song.fxSlots[slot].get();
 }
 
+void WriteMissing(SongWriter& out, const ChunkKind& kind, const std::map<int, std::vector<std::uint8_t>>& missing,
+                  int place) {
+    const auto found = missing.find(place);
+    if (found != missing.end()) out.chunks.Chunk(kind.Id(), [&] { out.io.Bytes(found->second); });
+}
+
 void WriteEffects(SongWriter& out) {
     for (std::uint8_t slot = 0; slot < kEffectSlots; ++slot) {
         const EffectSlot* effect = FindSlot(out.song, slot);
-        if (!effect) continue;
+        if (!effect) {
+            WriteMissing(out, kEffectChunk, out.song.missingEffects, slot);
+            continue;
+        }
         out.chunks.Chunk(kEffectChunk.Id(), [&] {
             const EffectSettings settings{slot,         effect->GetPath(), effect->GetName(), effect->on,
                                           effect->output, effect->volume,    effect->pan,       effect->muted,
@@ -113,7 +122,10 @@ void WriteMixer(SongWriter& out) { MixerRecord(out.io, out.song, kMixerChunk.new
 void WriteSynths(SongWriter& out) {
     for (int number = 0; number < kMaxInstruments; ++number) {
         const SynthPlugin* synth = out.song.GetSynth(number);
-        if (!synth) continue;
+        if (!synth) {
+            WriteMissing(out, kSongSynthChunk, out.song.missingSynths, number);
+            continue;
+        }
         out.chunks.Chunk(kSongSynthChunk.Id(), [&] {
             const SynthSettings settings{static_cast<std::uint8_t>(number), synth->GetPath(), synth->GetName(),
                                          GetParameters(*synth), synth->muted, synth->output, synth->sends,

@@ -1,9 +1,6 @@
-// Any bytes as a keygroup program beside a WAV file named "tone": refused with a reason, or loaded and played.
-#include <cstdint>
-#include <cstdlib>
-
+// Any bytes as a keygroup program beside a WAV file named "tone".
 #include "formats/LoaderAKP.h"
-#include "fuzz/PlayOneSecond.h"
+#include "fuzz/SavedForms.h"
 #include "tests/support/TempDirectory.h"
 #include "tests/support/WavBuilder.h"
 
@@ -22,12 +19,5 @@ const std::string& ProgramPath() {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    vonta::MemoryStream stream({data, data + size}, ProgramPath());
-    vonta::LoadReport report;
-    auto instrument = vonta::LoaderAKP().Load(stream, report);
-    if ((instrument == nullptr) == report.error.empty()) std::abort();
-    if (!instrument) return 0;
-    instrument->Validate();
-    vonta::PlayInstrument(std::move(instrument));
-    return 0;
+    return vonta::LoadAnyInstrument<vonta::LoaderAKP>({data, data + size}, ProgramPath());
 }

@@ -1,17 +1,7 @@
-// Any bytes as a SoundFont: refused with a reason, or loaded and played.
-#include <cstdint>
-#include <cstdlib>
-
+// Any bytes as a SoundFont.
 #include "formats/LoaderSF2.h"
-#include "fuzz/PlayOneSecond.h"
+#include "fuzz/SavedForms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    vonta::MemoryStream stream({data, data + size});
-    vonta::LoadReport report;
-    auto instrument = vonta::LoaderSF2().Load(stream, report);
-    if ((instrument == nullptr) == report.error.empty()) std::abort();
-    if (!instrument) return 0;
-    instrument->Validate();
-    vonta::PlayInstrument(std::move(instrument));
-    return 0;
+    return vonta::LoadAnyInstrument<vonta::LoaderSF2>({data, data + size});
 }

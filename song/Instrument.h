@@ -81,6 +81,7 @@ struct Instrument {
     std::int32_t numSamples = 0;                                  // count of AddSample
     std::array<std::unique_ptr<Sample>, kMaxSamples> samples;
     std::unique_ptr<SynthPlugin> synth;
+    std::vector<std::uint8_t> missingSynth;                       // the file's words on one that could not be loaded
     Envelopes volumeEnvelopes, panEnvelopes, cutoffEnvelopes, resonanceEnvelopes;
     std::array<std::vector<KeyZone>, kKeys> keyZones;
     std::array<std::uint8_t, kKeys> fixedKey{};                   // 1: the key plays at note 60 whatever it is

@@ -6,9 +6,11 @@
 
 #include <array>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "plugins/EffectSlot.h"
 #include "plugins/SynthPlugin.h"
@@ -74,6 +76,8 @@ struct Song {
     std::array<std::string, kEffectSlots> fxNames;       // as the song file records them
     FxSlotTable* fxSlotTable = nullptr;                  // the player's slots, while this song is current
     FxSlotTable fxSlots;                                 // delivered by a loader; the player takes them
+    // By slot: what the song file says of plug-ins that could not be loaded, so that the next save says it too.
+    std::map<int, std::vector<std::uint8_t>> missingEffects, missingSynths;
     float masterVolume = 1.0f;
     std::array<std::unique_ptr<SynthPlugin>, kMaxInstruments> synths;
     std::array<FxRouting, kEffectSlots> fxRouting = DefaultRouting();

@@ -125,6 +125,11 @@ TEST(LoaderAKP, AZoneBeforeItsKeysIsPassedOver) {
     EXPECT_EQ(program.instrument->CountZones(60), 0);
 }
 
+TEST(LoaderAKP, VelocitiesBelowTheRangeAreItsEnd) {
+    const Program program(OneZone({.lowVelocity = -64, .highVelocity = 90}));
+    EXPECT_EQ(program.instrument->GetZone(60, 0)->velocityLow, 0);   // a saved byte would read back as 192
+}
+
 TEST(LoaderAKP, AMissingWaveLeavesItsNumberEmpty) {
     AkpBuilder builder;
     builder.keygroups[0].zones = {{.name = "gone"}, {.name = "../tone"}, {}};

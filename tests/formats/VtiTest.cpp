@@ -305,7 +305,7 @@ TEST(InstrumentFile, AFormOfWaveThatIsUnknownLeavesTheSampleWithoutOne) {
     EXPECT_TRUE(log.Text().ends_with(found + unknown + unknown + unknown));
 }
 
-TEST(InstrumentFile, AMissingPluginShowsInTheNameAndTheRestLoads) {
+TEST(InstrumentFile, AMissingPluginShowsInTheNameAndTheRestLoadsAndIsSavedAgain) {
     auto instrument = FullInstrument();
     const auto bytes = Save(*instrument);
     LoadReport report;
@@ -316,6 +316,9 @@ TEST(InstrumentFile, AMissingPluginShowsInTheNameAndTheRestLoads) {
     ASSERT_EQ(report.lines.size(), 2u);
     EXPECT_EQ(report.lines[0], "Can't load Synth bass.dll");
     ExpectSame(instrument->GetSample(15), back->GetSample(15));
+    const FakeLoader plugins;
+    report.plugins = plugins.Get();
+    ExpectSamePlugin(instrument->synth.get(), Load(Save(*back), report)->synth.get());
 }
 
 TEST(InstrumentFile, ClaimsBeyondTheFileAreCutToIt) {

@@ -62,6 +62,17 @@ TEST(Module, EveryFieldComesBackAndTheBytesStayTheSame) {
     EXPECT_EQ(Save(*loaded.song), bytes);
 }
 
+TEST(Module, WhatIsSaidOfMissingPluginsIsSaidAgain) {
+    const auto song = FullSong();
+    const auto visitor = Load(Save(*song));
+    EXPECT_FALSE(visitor.song->fxSlots[0] || visitor.song->GetSynth(0));
+    const FakeLoader plugins;
+    const auto home = Load(Save(*visitor.song), plugins.Get());
+    for (std::size_t i = 0; i < song->fxSlots.size(); ++i)
+        ExpectSamePlugin(song->fxSlots[i].get(), home.song->fxSlots[i].get());
+    for (int i = 0; i < kMaxInstruments; ++i) ExpectSamePlugin(song->GetSynth(i), home.song->GetSynth(i));
+}
+
 TEST(Module, CompressedWavesComeBackNearAndAllElseExact) {
     const auto song = FullSong();
     const FakeLoader plugins;
