@@ -39,7 +39,8 @@ struct Middle {
         state.pending.m_nCursorColumn = kColumnParamLow;
         state.ClearAtCursor(true, true, false);  // so that a paste changes something
         state.SetRow(kRow);
-        state.ChangePosition(1);
+        state.ChangePosition(1);                 // which begins at its first row
+        state.SetRow(kRow);
         rig.environment.macros[1] = {3, 4, 5};
         rig.Frame();
     }
