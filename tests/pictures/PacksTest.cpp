@@ -58,7 +58,7 @@ struct Size {
     int width, height;
 };
 
-// Sizes that code relies on, by number; a strip's is that of one frame.
+// Sizes that code relies on, by number.
 std::map<int, Size> Sizes() {
     std::map<int, Size> sizes = {{45, {20, 20}}, {47, {kAboutWidth, kAboutHeight}}, {53, {6, 6}}, {54, {6, 6}},
                                  {77, {10, 55}}, {78, {14, 88}}, {120, {800, 6}}};
@@ -68,16 +68,14 @@ std::map<int, Size> Sizes() {
 }
 
 TEST(Packs, HoldEveryBitmapThatTheTableNames) {
-    constexpr int kFrames = 32;
-    std::map<int, Size> sizes = Sizes();
-    for (int frame = 1; frame < kFrames; ++frame) sizes[kPictureMutedChannel + frame] = sizes.at(kPictureMutedChannel);
+    const std::map<int, Size> sizes = Sizes();
     EXPECT_EQ(GetSkinVersion(SkinPack().Path()), kSkinVersion081);
     for (int number = 1; number < kBitmaps; ++number) {
         const BitmapEntry entry = EntryOfBitmap(number);
         if (entry.name.empty()) continue;
         const ImageRequest image = Load((entry.fromDataPack ? DataPack() : SkinPack()).pack.get(), entry.name);
         if (!sizes.contains(number)) continue;
-        EXPECT_EQ(static_cast<int>(image.width), sizes.at(number).width * (entry.strip ? kFrames : 1)) << entry.name;
+        EXPECT_EQ(static_cast<int>(image.width), sizes.at(number).width) << entry.name;
         EXPECT_EQ(static_cast<int>(image.height), sizes.at(number).height) << entry.name;
     }
 }

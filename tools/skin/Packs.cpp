@@ -15,7 +15,6 @@
 namespace vonta::skin {
 namespace {
 
-constexpr int kStripFrames = 32;
 constexpr int kWindowIcon = 48;                  // pixels, wide and high
 
 struct ColourRow {
@@ -41,7 +40,7 @@ Canvas PaintFont(const GlyphSet& font) {
     return canvas;
 }
 
-// Every picture by the number of its bitmap, but for the strip.
+// Every picture by the number of its bitmap; of a strip there is one for all frames.
 std::optional<Picture> PaintBitmap(const FontSet& fonts, int number) {
     for (const ScreenLayout* layout : AllLayouts()) {
         if (layout->bitmap == number) return Picture{PaintScreen(fonts, *layout, State::Normal)};
@@ -58,7 +57,7 @@ void AddBitmaps(const FontSet& fonts, std::vector<PackEntry>& entries) {
     for (int number = 1; number < kBitmaps; ++number) {
         const BitmapEntry entry = EntryOfBitmap(number);
         if (entry.name.empty() || entry.fromDataPack || entry.strip > 1) continue;
-        auto picture = entry.strip == 1 ? PaintChannelNumbers(fonts, kStripFrames) : PaintBitmap(fonts, number);
+        auto picture = PaintBitmap(fonts, number);
         if (!picture) throw std::runtime_error("nothing draws bitmap " + std::to_string(number) + ", " + entry.name);
         entries.push_back({entry.name, picture->canvas.ToTga(picture->alpha)});
     }

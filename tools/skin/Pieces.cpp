@@ -77,6 +77,14 @@ void PaintMark(Canvas& canvas, const FontSet&, const Piece& piece) {
     for (int i = 0; i < 3; ++i) canvas.Fill(kArrow + i, i, 1, kLampHeight - 2 * i, piece.colour);
 }
 
+// The cell of a muted channel: a wave that lies flat. It is shown narrower by leaving out columns, so all are the same.
+void PaintMutedCell(Canvas& canvas, const FontSet&, const Piece& piece) {
+    const int middle = piece.height / 2 - 1;
+    canvas.Gradient(0, 0, piece.width, piece.height, Mix(kWell, kWellShade, 0.5), kWell);
+    canvas.Fill(0, middle - 1, piece.width, 4, kWellShade);
+    canvas.Fill(0, middle, piece.width, 2, piece.colour);
+}
+
 // A flag at the head or the foot of a line that it stands on; the number tells which.
 constexpr int kLoopStart = 45;
 void PaintLoopFlag(Canvas& canvas, const FontSet&, const Piece& piece) {
@@ -149,7 +157,7 @@ void PaintSmallPlate(Canvas& canvas, const FontSet& fonts, const Piece& piece) {
 
 constexpr Colour kIvory = 0xDCDAD2, kEbony = 0x22262B;
 
-constexpr Piece kPieces[] = {
+const Piece kPieces[] = {
     {45, 20, 20, true, PaintLoopFlag, kAmber},
     {46, 20, 20, true, PaintLoopFlag, kAmber},
     {50, 7, 112, true, PaintEnvelopeMark, kCyan},
@@ -167,6 +175,7 @@ constexpr Piece kPieces[] = {
     {kPictureActive, 7, 8, true, PaintLamp, kAmber},
     {70, 22, 11, true, PaintBadge, kCyan, "SYN"},
     {71, 22, 11, true, PaintBadge, kAmber, "MIDI"},
+    {kPictureMutedChannel, 336, 50, false, PaintMutedCell, Mix(kRed, kWell, 0.35)},
     {kPictureCellLine, 1, 56, false, PaintUprightLine, kGroupEdge},
     {kPictureLevelPeak, 2, 12, false, PaintRow, kAmberLight},
     {kPictureTrackLine, 2, 352, false, PaintUprightLine, kBarRow},
@@ -197,21 +206,6 @@ std::optional<Picture> PaintPiece(const FontSet& fonts, int number) {
     Picture picture{Canvas(piece->width, piece->height), piece->alpha};
     piece->paint(picture.canvas, fonts, *piece);
     return picture;
-}
-
-Picture PaintChannelNumbers(const FontSet& fonts, int frames) {
-    constexpr int kFrameWidth = 24, kFrameHeight = 16, kStrike = 8;
-    Picture strip{Canvas(frames * kFrameWidth, kFrameHeight), false};
-    for (int i = 0; i < frames; ++i) {
-        const std::string number = std::to_string(i + 1);
-        Canvas frame(kFrameWidth, kFrameHeight, kWell);
-        frame.Text(fonts[kStd], 0, 0, number, kLabel);
-        frame.Fill(0, kStrike - 1, fonts[kStd].WidthOf(number), 3, kWell);
-        frame.Fill(0, kStrike, fonts[kStd].WidthOf(number), 1, kRed);
-        for (int x = 0; x < kFrameWidth; ++x)
-            for (int y = 0; y < kFrameHeight; ++y) strip.canvas.Pixel(x * frames + i, y, frame.At(x, y));
-    }
-    return strip;
 }
 
 Picture PaintKnob(Colour colour, int position) {

@@ -15,9 +15,6 @@ struct Picture {
 // The picture of a bitmap number; nothing for the screens' and for numbers that the table of bitmaps does not list.
 std::optional<Picture> PaintPiece(const FontSet& fonts, int number);
 
-// The strip of channel numbers, its frames woven column by column.
-Picture PaintChannelNumbers(const FontSet& fonts, int frames);
-
 // A rotary knob of 16 by 16 at position 0 to 63.
 Picture PaintKnob(Colour colour, int position);
 
