@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -81,12 +82,19 @@ TEST(Packs, HoldEveryBitmapThatTheTableNames) {
 }
 
 TEST(Packs, HoldFontsColoursAndDataInTheirSizes) {
-    const std::map<std::string, std::uint32_t> fonts = {{"StdBig", 8}, {"Std", 8},  {"Small", 7},
-                                                        {"Mini", 5},   {"Big", 12}, {"Bigger", 28}};
-    for (const auto& [name, width] : fonts) {
-        const ImageRequest image = Load(SkinPack().pack.get(), "skin\\Fonts\\" + name + ".tga");
-        EXPECT_EQ(image.width, width) << name;
-        EXPECT_EQ(image.height, 4096u) << name;
+    constexpr std::array<int, skin::kFontCount> kWidths = {8, 8, 7, 5, 12, 28};
+    const skin::FontSet fonts = skin::LoadFonts(Sources() + "/fonts");
+    for (std::size_t i = 0; i < fonts.size(); ++i) {
+        const ImageRequest image = Load(SkinPack().pack.get(), "skin\\Fonts\\" + fonts[i].name + ".tga");
+        ASSERT_EQ(static_cast<int>(image.width), kWidths[i]) << fonts[i].name;
+        ASSERT_EQ(image.height, 4096u) << fonts[i].name;
+        int wrong = 0;
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < kWidths[i]; ++x) {
+                const bool set = image.pixels[static_cast<std::size_t>(y * kWidths[i] + x) * 3] != 0;
+                wrong += set != fonts[i].Printed(static_cast<unsigned char>(y / 16)).Pixel(x, y % 16);
+            }
+        EXPECT_EQ(wrong, 0) << fonts[i].name;
     }
     for (const std::string name : {"font1", "font2", "font3", "lines", "points", "Selection"})
         Load(SkinPack().pack.get(), "skin\\Colors\\" + name + ".tga");

@@ -111,7 +111,7 @@ std::vector<std::uint8_t> Canvas::ToTga(bool alpha) {
     for (int y = height_ - 1; y >= 0; --y)
         for (int x = 0; x < width_; ++x) {
             const std::uint32_t pixel = Row(y)[x];
-            const Colour colour = Visible(Unmultiplied(pixel));
+            const Colour colour = pixel >> 24 == 0 ? 0 : Visible(Unmultiplied(pixel));
             for (const int shift : {0, 8, 16}) out.push_back(static_cast<std::uint8_t>(colour >> shift & 255));
             if (alpha) out.push_back(static_cast<std::uint8_t>(pixel >> 24));
         }

@@ -35,7 +35,7 @@ public:
     cairo_t* Pen();                              // for curves; lives as long as the canvas
     void Ink(Colour colour, double alpha = 1);   // of the pen
 
-    std::vector<std::uint8_t> ToTga(bool alpha); // pixels less than half covered are clear, if the picture has alpha
+    std::vector<std::uint8_t> ToTga(bool alpha); // clear pixels are black, and no others
     bool WritePng(const std::string& path, int scale = 1);
 
 private:

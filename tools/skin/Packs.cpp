@@ -32,7 +32,7 @@ std::string SkinName(const std::string& folder, const std::string& name) {
 
 // Character c is the sixteen rows from 16 c on.
 Canvas PaintFont(const GlyphSet& font) {
-    Canvas canvas(font.width, 256 * kGlyphRows, 0);
+    Canvas canvas(font.width, 256 * kGlyphRows);
     for (int c = 0; c < 256; ++c)
         for (int y = 0; y < kGlyphRows; ++y)
             for (int x = 0; x < font.width; ++x)
