@@ -125,7 +125,7 @@ void TrackerState::ApplySoloChannel() {
     const int solo = m_bSoloChannel ? pending.m_nCursorChannel : -1;
     if (solo == soloChannel_) return;
     soloChannel_ = solo;
-    for (int channel = 0; channel < kTracks; ++channel) player_.SetChannelMuted(channel, solo >= 0 && channel != solo);
+    for (int channel = 0; channel < kTracks; ++channel) MuteChannel(channel, solo >= 0 && channel != solo);
 }
 
 void TrackerState::TakeFrame() {

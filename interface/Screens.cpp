@@ -5,6 +5,8 @@
 
 #include "interface/layout/ComingLayouts.h"
 #include "interface/screens/AboutScreen.h"
+#include "interface/screens/AdvancedEditScreen.h"
+#include "interface/screens/ChannelStatesScreen.h"
 #include "interface/screens/ConfigScreen.h"
 #include "interface/screens/CpuScanScreen.h"
 #include "interface/screens/DiskOpScreen.h"
@@ -12,8 +14,10 @@
 #include "interface/screens/HelpScreen.h"
 #include "interface/screens/LeftOptionsScreen.h"
 #include "interface/screens/MainScreen.h"
+#include "interface/screens/PatternScreen.h"
 #include "interface/screens/QuestionScreen.h"
 #include "interface/screens/RightOptionsScreen.h"
+#include "interface/screens/ScopesScreen.h"
 #include "interface/screens/SongInfoScreen.h"
 #include "interface/screens/VisualScreen.h"
 
@@ -46,15 +50,15 @@ struct Row {
 
 // By slot.
 constexpr std::array<Row, kScreens> kRows{{
-    {2, Make<Screen>},   // Pattern
+    {2, Make<PatternScreen>},   // Pattern
     {4, Make<LeftOptionsScreen>},   // Left options
     {3, Make<RightOptionsScreen>},   // Right options
     {3, Make<DiskOpScreen>},   // Disk Op
-    {5, Make<Screen>},   // Scopes
+    {5, Make<ScopesScreen>},   // Scopes
     {2, Picture<kInstrumentEditorLayout>},   // Instrument editor
     {6, Make<MainScreen>},   // Main panel
     {2, Picture<kSampleEditorLayout>},   // Sample editor
-    {5, Make<Screen>},   // Channel states
+    {5, Make<ChannelStatesScreen>},   // Channel states
     {4, Make<AboutScreen>},   // About
     {1, Make<ConfigScreen>},   // Config
     {2, Picture<kInstrumentExtendedLayout>},   // Instrument editor, extended
@@ -64,7 +68,7 @@ constexpr std::array<Row, kScreens> kRows{{
     {1, Make<GameScreen>},   // Game
     {1, Make<HelpScreen>},   // Help
     {2, Picture<kMixerLayout>},   // Mixer
-    {3, Make<Screen>},   // Advanced edit
+    {3, Make<AdvancedEditScreen>},   // Advanced edit
     {1, Make<SongInfoScreen>},   // Song info
     {4, Make<VisualScreen>},   // Visual
     {2, Picture<kTrackEditorLayout>},   // Track editor

@@ -225,6 +225,7 @@ public:
     void ToggleSolo();
     void ToggleSoloChannel();
     void ToggleMute(int channel);
+    void ToggleSoloOf(int channel);              // mutes all others, or none if they are
 
 private:
     struct Place { int channel, row; };
@@ -252,6 +253,9 @@ private:
     // InstrumentEdit.cpp
     void InstallInstrument(int slot, std::unique_ptr<Instrument> instrument);
     void InstallSample(int instrument, int sample, std::unique_ptr<Sample> object);
+
+    // Transport.cpp
+    void MuteChannel(int channel, bool on);
 
     // ApplyPending.cpp, in this order.
     void ApplyDeletes();

@@ -47,10 +47,17 @@ void TrackerState::ToggleSolo() { m_bSolo = !m_bSolo; }
 void TrackerState::ToggleSoloChannel() { m_bSoloChannel = !m_bSoloChannel; }
 
 // A muted channel takes no notes; what sounds on it is stopped.
-void TrackerState::ToggleMute(int channel) {
-    const bool mute = !player_.IsChannelMuted(channel);
-    player_.SetChannelMuted(channel, mute);
-    if (mute) player_.KillChannel(channel);
+void TrackerState::MuteChannel(int channel, bool on) {
+    if (on && !player_.IsChannelMuted(channel)) player_.KillChannel(channel);
+    player_.SetChannelMuted(channel, on);
+}
+
+void TrackerState::ToggleMute(int channel) { MuteChannel(channel, !player_.IsChannelMuted(channel)); }
+
+void TrackerState::ToggleSoloOf(int channel) {
+    bool alone = true;
+    for (int other = 0; other < kTracks; ++other) alone = alone && (other == channel || player_.IsChannelMuted(other));
+    for (int other = 0; other < kTracks; ++other) MuteChannel(other, other != channel && !alone);
 }
 
 }  // namespace vonta
