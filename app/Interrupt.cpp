@@ -17,7 +17,7 @@ void WatchInterrupt() {
     struct sigaction action {};
     action.sa_handler = Note;
     action.sa_flags = static_cast<int>(SA_RESETHAND);
-    sigaction(SIGINT, &action, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 
 bool Interrupted() { return g_interrupted; }

@@ -3,25 +3,29 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <thread>
 #include <utility>
 
-#include "app/PlayerHost.h"
 #include "app/CommandLine.h"
 #include "app/InRange.h"
 #include "app/Interrupt.h"
+#include "app/LiveKeys.h"
 #include "app/Messages.h"
 #include "app/OpenFile.h"
+#include "app/PlayerHost.h"
 #include "app/SoundKinds.h"
+#include "audio/DeviceWatch.h"
 #include "platform/Clock.h"
 
 namespace vonta {
 namespace {
 
-constexpr int kShowPeriodMs = 100;
-constexpr std::uint32_t kReopenPeriodMs = 1000;
+constexpr int kShowPeriodMs = 100, kKeysPeriodMs = 5, kTailMs = 50;
+constexpr int kNoPort = -1;
 
 constexpr const char* kDeviceGone = "The sound device is gone. The song goes on in silence.";
 constexpr const char* kDeviceBack = "The sound device is back.";
@@ -32,56 +36,91 @@ struct PlayRequest {
     SoundChoice sound;
     int latencyMs = 100;
     double seconds = 0;                              // 0: to the song's end
-};
-
-void ShowState(SndPlayer& player, const char* before, const char* after) {
-    const PlayPosition at = player.GetCurrentPlayPos();
-    std::printf("%sposition %03d of %03u  pattern %03u  row %03d  %.0f BPM  load %4.1f %%  underruns %u%s", before, at.position,
-                player.GetSong().GetPatternPosLenght(), at.pattern, at.row, static_cast<double>(player.GetBPM()),
-                static_cast<double>(ReadTotals(*player.GetMixer().cpuScan).Total()),
-                player.GetDevice()->GetUnderruns(), after);
-    std::fflush(stdout);
-}
-
-// Tells once that the device has vanished and tries to open it anew from then on.
-class DeviceWatch {
-public:
-    explicit DeviceWatch(SndPlayer& player) : player_(player) {}
-
-    void Look() {
-        if (!lost_ && player_.GetDevice()->IsLost()) {
-            lost_ = true;
-            lastTry_ = Milliseconds();
-            Complain(kDeviceGone);
-        } else if (lost_ && Milliseconds() - lastTry_ >= kReopenPeriodMs) {
-            const MixerPause pause(player_);
-            lost_ = !player_.GetDevice()->Restore();
-            lastTry_ = Milliseconds();
-            if (!lost_) Complain(kDeviceBack);
-        }
-    }
-
-private:
-    SndPlayer& player_;
-    bool lost_ = false;
-    std::uint32_t lastTry_ = 0;
+    int midiOut = kNoPort, midiIn = kNoPort;
 };
 
 // One line that is written over while it changes; where nobody watches, the last state alone.
-void PlayToEnd(SndPlayer& player, double seconds) {
-    const bool watched = isatty(STDOUT_FILENO);
-    const std::uint32_t start = Milliseconds();
+class StateLine {
+public:
+    explicit StateLine(SndPlayer& player) : player_(player) {}
+
+    void Update() {
+        if (!watched_ || Milliseconds() - last_ < kShowPeriodMs) return;
+        last_ = Milliseconds();
+        Show("\r", "\033[K");
+    }
+    void Finish() const { Show(watched_ ? "\r" : "", watched_ ? "\033[K\n" : "\n"); }
+
+private:
+    void Show(const char* before, const char* after) const {
+        const PlayPosition at = player_.GetCurrentPlayPos();
+        std::printf("%sposition %03d of %03u  pattern %03u  row %03d  %.0f BPM  load %4.1f %%  underruns %u%s", before,
+                    at.position, player_.GetSong().GetPatternPosLenght(), at.pattern, at.row,
+                    static_cast<double>(player_.GetBPM()),
+                    static_cast<double>(ReadTotals(*player_.GetMixer().cpuScan).Total()),
+                    player_.GetDevice()->GetUnderruns(), after);
+        std::fflush(stdout);
+    }
+
+    SndPlayer& player_;
+    const bool watched_ = isatty(STDOUT_FILENO);
+    std::uint32_t last_ = 0;
+};
+
+// Lets the notes of the last row go, where the song would begin anew.
+class NotesEnd final : public SongEndListener {
+public:
+    explicit NotesEnd(SndPlayer& player) : player_(player) { player_.SetSongEndListener(this); }
+    ~NotesEnd() override { player_.SetSongEndListener(nullptr); }
+    void OnSongEnd() override { player_.PerformStop(0, 0); }
+
+private:
+    SndPlayer& player_;
+};
+
+void Tell(DeviceWatch::Event event) {
+    if (event == DeviceWatch::Event::Gone) Complain(kDeviceGone);
+    if (event == DeviceWatch::Event::Back) Complain(kDeviceBack);
+}
+
+void PlayToEnd(SndPlayer& player, const PlayRequest& request) {
+    const bool live = request.midiIn != kNoPort;
+    LiveKeys keys(player, live ? player.GetMixer().midiIn[static_cast<std::size_t>(request.midiIn)].get() : nullptr, 0);
     DeviceWatch watch(player);
-    player.SetStopAtEnd(true);
+    StateLine line(player);
+    const std::uint32_t start = Milliseconds();
     player.Play(0);
     while (!Interrupted() && !player.HasEnded()) {
-        if (seconds > 0 && Milliseconds() - start >= seconds * 1000) break;
-        player.GetPositionNotice().Wait(kShowPeriodMs);
+        if (request.seconds > 0 && Milliseconds() - start >= request.seconds * 1000) break;
+        player.GetPositionNotice().Wait(live ? kKeysPeriodMs : kShowPeriodMs);
         player.GetPositionNotice().TakeFlags();
-        watch.Look();
-        if (watched) ShowState(player, "\r", "\033[K");
+        keys.Poll();
+        Tell(watch.Look());
+        line.Update();
     }
-    ShowState(player, watched ? "\r" : "", watched ? "\033[K\n" : "\n");
+    line.Finish();
+}
+
+// Notes are let go, MIDI ones too, and what is on its way to the loudspeakers is heard.
+void FadeOut(SndPlayer& player) {
+    if (!player.HasEnded()) player.Stop(0, 0);
+    const int onItsWay = player.IsHeard() ? player.GetLatencyMs() : 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(onItsWay + kTailMs));
+}
+
+template <class Ports>
+bool IsThere(const Ports& ports, int number, const char* kind) {
+    if (number == kNoPort) return true;
+    const auto& port = ports[static_cast<std::size_t>(number)];
+    const bool there = port && !port->GetName().empty();
+    if (!there) Complain(std::string("no ") + kind + " " + std::to_string(number) + " is there; 'vonta devices' lists them");
+    return there;
+}
+
+// A song's device numbers are those of the machine that it was written on.
+void SendNotesTo(Song& song, int midiOut) {
+    for (const auto& instrument : song.instruments)
+        if (instrument && midiOut != kNoPort) instrument->midi.device = static_cast<std::uint8_t>(midiOut);
 }
 
 int Play(const PlayRequest& request) {
@@ -90,10 +129,18 @@ int Play(const PlayRequest& request) {
     if (!song) return kFailed;
     PlayerHost app;
     if (app.StartPlayer(request.sound) != 0) return kFailed;
-    app.GetSndPlayer()->SetLatencyMs(request.latencyMs);
+    SndPlayer& player = *app.GetSndPlayer();
+    if (!IsThere(player.GetMixer().midiOut, request.midiOut, "MIDI output") ||
+        !IsThere(player.GetMixer().midiIn, request.midiIn, "MIDI input"))
+        return kFailed;
+    player.SetLatencyMs(request.latencyMs);
+    SendNotesTo(*song, request.midiOut);
     app.InstallSong(std::move(song));
     return app.Guarded([&] {
-        PlayToEnd(*app.GetSndPlayer(), request.seconds);
+        const NotesEnd atEnd(player);
+        player.SetStopAtEnd(true);
+        PlayToEnd(player, request);
+        FadeOut(player);
         return Interrupted() ? kInterrupted : kDone;
     });
 }
@@ -107,21 +154,17 @@ void AddPlayCommand(CLI::App& command, std::function<int()>& chosen) {
         ->check(CLI::IsMember(SoundKindNames()).description(""))
         ->type_name("KIND")
         ->capture_default_str();
-    command.add_option("--device-number", request->sound.deviceIndex, "Which one of the kind")
-        ->check(InRange(0, 255))
-        ->type_name("N")
+    const auto number = [&command](const char* name, auto& value, const char* text, auto least, auto most, const char* unit) {
+        return command.add_option(name, value, text)->check(InRange(least, most))->type_name(unit);
+    };
+    number("--device-number", request->sound.deviceIndex, "Which one of the kind", 0, 255, "N")->capture_default_str();
+    number("--latency", request->latencyMs, "How far ahead sound is made, where the device lets us choose", 2, 10000, "MS")
         ->capture_default_str();
-    command.add_option("--latency", request->latencyMs, "How far ahead sound is made, where the device lets us choose")
-        ->check(InRange(2, 10000))
-        ->type_name("MS")
-        ->capture_default_str();
-    command.add_option("--rate", request->sound.sampleRate, "Frames a second")
-        ->check(InRange(8000, 192000))
-        ->type_name("HZ")
-        ->capture_default_str();
-    command.add_option("--seconds", request->seconds, "Stop after so many seconds")
-        ->check(InRange(0.001, 1e6))
-        ->type_name("N");
+    number("--rate", request->sound.sampleRate, "Frames a second", 8000, 192000, "HZ")->capture_default_str();
+    number("--midi-out", request->midiOut, "The port for instruments that play MIDI, else the song's own choice", 0,
+           kFlushedMidiOuts - 1, "N");
+    number("--midi-in", request->midiIn, "The port whose keys play the first instrument", 0, kMidiPorts - 1, "N");
+    number("--seconds", request->seconds, "Stop after so many seconds", 0.001, 1e6, "N");
     command.callback([request, &chosen] {
         request->sound.kind = SoundKindOf(request->device);
         chosen = [request] { return Play(*request); };

@@ -44,7 +44,7 @@ public:
 
     // A device that can vanish while it plays goes on in silence then, at its pace. These are the main thread's.
     virtual bool IsLost() { return false; }
-    virtual bool Restore() { return true; }                             // opens it anew, with the mixer off
+    virtual bool Restore() { return true; }                             // with the mixer off: see RestoreDevice
     virtual std::uint32_t GetUnderruns() const { return 0; }            // blocks that came too late; any thread
 
     // A device led by an outside host answers these; see SndPlayer's sync step.

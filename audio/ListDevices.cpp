@@ -1,12 +1,13 @@
 #include "audio/ListDevices.h"
 
 #include "audio/CreateDevice.h"
+#include "platform/AsioDriver.h"
 #include "platform/WaveOut.h"
 
 namespace vonta {
 namespace {
 
-// That driver shows itself as one device, whatever stands behind it.
+// These two drivers show themselves as one device each, whatever stands behind them.
 std::vector<std::string> ListWaveOuts() {
     std::vector<std::string> names;
     const auto system = CreateSystemWaveOut();
@@ -16,10 +17,17 @@ std::vector<std::string> ListWaveOuts() {
     return names;
 }
 
+std::vector<std::string> ListAsioDrivers() {
+    std::vector<std::string> names;
+    for (const AsioDriverRecord& driver : AsioDriverList()) names.push_back(driver.name);
+    return names;
+}
+
 }  // namespace
 
 std::vector<std::string> ListDevices(DeviceKind kind) {
     if (kind == DeviceKind::WaveOut) return ListWaveOuts();
+    if (kind == DeviceKind::Asio) return ListAsioDrivers();
     std::vector<std::string> names;
     if (const auto device = CreateDevice(kind))
         for (int i = 0; i < device->GetNumDevices(); ++i) names.push_back(device->GetDeviceName(i));

@@ -196,6 +196,14 @@ void SndPlayer::SetMixerOn(bool on) {
     }
 }
 
+bool SndPlayer::RestoreDevice() {
+    const MixerPause pause(*this);
+    const std::uint32_t formerRate = mixer_->sampleRate;
+    if (!mixer_->device || !mixer_->device->Restore()) return false;
+    if (mixer_->sampleRate != formerRate) SetSampleRate(mixer_->sampleRate);
+    return true;
+}
+
 // The whole ring, so that nothing of what was playing comes round again.
 void SndPlayer::WriteSilence() {
     const std::uint32_t ring = mixer_->device->GetBufferSize();

@@ -104,6 +104,8 @@ public:
     // block of silence is on its way. Never on the audio side. Prefer MixerPause.
     void SetMixerOn(bool on);
     bool IsMixerOn() const;
+    // Opens a lost device anew, which may run at another rate then. False if it is still gone. Not on the audio side.
+    bool RestoreDevice();
 
     void SetBPM(float bpm);
     void SetTempo(std::uint32_t tempo);            // ticks per row
@@ -129,6 +131,7 @@ public:
     float GetBPM() const { return bpm_; }
     std::uint32_t StartTime() const { return startTime_; }       // milliseconds, at the last Play
     int OutputClass() const { return outputClass_; }             // 0, 1 DirectSound planes; 2 WaveOut, ASIO; 3 neither
+    bool IsHeard() const { return outputClass_ != 3; }
     void SetSongEndListener(SongEndListener* listener) { songEndListener_ = listener; }   // or null
     PositionNotice& GetPositionNotice() { return notice_; }
     bool IsDesynced() const { return desynced_; }  // a host's clock has lost us: its position is not ours, or cannot be had

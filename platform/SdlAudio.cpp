@@ -10,7 +10,13 @@ namespace {
 // How a sound server's own panel shows us.
 constexpr const char* kProgramName = "Vonta Tracker";
 
+// What a sound server is asked to hold. SDL by itself asks for one chunk, which a busy desktop does not always refill in
+// time. Somebody who wants another figure has set it already.
+constexpr const char* kServerLatency = "PULSE_LATENCY_MSEC";
+constexpr const char* kServerMilliseconds = "40";
+
 bool StartAudio() {
+    SDL_setenv(kServerLatency, kServerMilliseconds, 0);
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");   // Ctrl+C is the program's own business
     SDL_SetHint(SDL_HINT_APP_NAME, kProgramName);
     SDL_SetHint(SDL_HINT_AUDIO_DEVICE_STREAM_NAME, kProgramName);

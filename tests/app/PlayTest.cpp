@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tests/support/Await.h"
 #include "tests/support/RunVonta.h"
 #include "tests/support/SmallXm.h"
 
@@ -31,7 +32,7 @@ TEST(PlayDevice, CtrlCEndsItWithItsStatus) {
     TempDirectory directory;
     directory.Write("s.xm", AsText(CircleXm().Build()));
     Program program({"play", "--log", "s.xm", "--device", "nosound"}, directory.Path());
-    ASSERT_TRUE(Program::WaitUntil(
+    ASSERT_TRUE(Await(
         [&] { return program.ErrorText().find("* Starting Mixer Engine...") != std::string::npos; }));
     program.Interrupt();
     EXPECT_EQ(program.Wait().status, 130);

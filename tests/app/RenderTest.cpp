@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "audio/Mixdown.h"
+#include "tests/support/Await.h"
 #include "tests/support/RunVonta.h"
 #include "tests/support/SmallXm.h"
 
@@ -96,7 +97,7 @@ TEST_F(RenderTest, CtrlCRemovesTheUnfinishedFileAndKeepsTheOldOne) {
     const auto before = directory_.List();
     Program program({"render", "small.xm", "-o", "long", "--loops", "1000", "--max-minutes", "100000", "--rate", "192000"},
                     directory_.Path());
-    ASSERT_TRUE(Program::WaitUntil([&] { return directory_.List().size() > before.size(); }));
+    ASSERT_TRUE(Await([&] { return directory_.List().size() > before.size(); }));
     program.Interrupt();
     EXPECT_EQ(program.Wait().status, 130);
     EXPECT_EQ(directory_.List(), before);

@@ -8,19 +8,12 @@
 #include "audio/DrvASIO.h"
 #include "tests/support/JackRecorder.h"
 #include "tests/support/JackServerProcess.h"
-#include "tests/support/PlayerRig.h"
-#include "tests/support/Tone.h"
+#include "tests/support/SteadyNote.h"
 
 namespace vonta {
 namespace {
 
-// One steady note, its right side half as loud as its left.
-std::unique_ptr<Song> SteadyNote() {
-    std::vector<float> values = SineWave(256, 2);
-    for (std::size_t i = 1; i < values.size(); i += 2) values[i] *= 0.5f;
-    return SongBuilder().Pattern(0, 256).Tempo(2).SampleInstrument(0, values, 2, {VTSAMPLE_LOOP_FORDWARD, 0, 256})
-        .Note(0, 0, 48, 1).Build();
-}
+constexpr float kHeadroom = 131072.0f;             // full scale of the device
 
 std::vector<std::string> Ports(int count) {
     std::vector<std::string> names;
@@ -37,13 +30,13 @@ struct JackPlayer {
         return true;
     }
     void PlayFromTheStart() {
+        player.SetTempo(1);
         player.Play(0);
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
     }
     bool IsLost() { return player.GetDevice()->IsLost(); }
     bool BecomesLost() {
-        for (int tries = 0; !IsLost() && tries < 500; ++tries) std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        return IsLost();
+        return test::Await([this] { return IsLost(); });
     }
     bool Restore() {
         const MixerPause pause(player);
@@ -53,23 +46,13 @@ struct JackPlayer {
     SndPlayer player{CreateDevice};
 };
 
-// What the same note is without a device.
-Tone Expected(std::uint32_t rate, std::size_t side) {
-    PlayerRig rig(SteadyNote(), rate);
-    rig.Frames(static_cast<int>(rate) / 4);
-    const std::vector<float> frames = rig.Frames(static_cast<int>(rate));
-    std::vector<float> wave;
-    for (std::size_t i = side; i < frames.size(); i += 2) wave.push_back(frames[i] / 131072.0f);
-    return MeasureTone(wave, rate);
-}
-
 TEST(JackAudio, ASteadyNoteIsHeardAtItsFrequencyAndLevelOnItsSideWithoutAGap) {
     struct { int ports, frames, rate; } const cases[] = {
         {2, 64, 44100}, {4, 256, 96000}, {32, 1024, 44100}, {32, 4096, 96000},
     };
     for (const auto& each : cases) {
         SCOPED_TRACE(testing::Message() << each.ports << " ports, " << each.frames << " frames, " << each.rate << " Hz");
-        const JackServerProcess server(each.rate, each.frames, each.ports);
+        const test::JackServerProcess server(each.rate, each.frames, each.ports);
         JackPlayer jack;
         ASSERT_TRUE(jack.Open());
         EXPECT_EQ(jack.player.GetMixer().sampleRate, static_cast<std::uint32_t>(each.rate)) << "the server's";
@@ -79,7 +62,8 @@ TEST(JackAudio, ASteadyNoteIsHeardAtItsFrequencyAndLevelOnItsSideWithoutAGap) {
         jack.PlayFromTheStart();
         recorder.Record(second);
         for (const std::size_t side : {0, 1}) {
-            const Tone expected = Expected(static_cast<std::uint32_t>(each.rate), side);
+            Tone expected = SteadyTone(static_cast<std::uint32_t>(each.rate), side);
+            expected.peak /= kHeadroom;
             const Tone heard = MeasureTone(recorder.Track(side), each.rate);
             EXPECT_GT(expected.peak, 0.01f);
             EXPECT_NEAR(heard.frequency, expected.frequency, 1.0);
@@ -93,7 +77,7 @@ TEST(JackAudio, ASteadyNoteIsHeardAtItsFrequencyAndLevelOnItsSideWithoutAGap) {
 }
 
 TEST(JackAudio, ConnectionsHoldAThousandStopsAndStartsOfTheMixer) {
-    const JackServerProcess server(44100, 64, 2);
+    const test::JackServerProcess server(44100, 64, 2);
     JackPlayer jack;
     ASSERT_TRUE(jack.Open());
     JackRecorder recorder(Ports(2), 4410);
@@ -117,7 +101,7 @@ TEST(JackAudio, OpeningAndClosingLeavesNothingBehind) {
     const auto threads = [] {
         return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
     };
-    const JackServerProcess server(44100, 256, 2);
+    const test::JackServerProcess server(44100, 256, 2);
     const auto cycle = [] {
         JackPlayer jack;
         ASSERT_TRUE(jack.Open());
@@ -130,7 +114,7 @@ TEST(JackAudio, OpeningAndClosingLeavesNothingBehind) {
 }
 
 TEST(JackAudio, AServerThatDiesOrChangesItsBlockSizeIsLostUntilTheDeviceIsOpenedAnew) {
-    JackServerProcess server(44100, 256, 2);
+    test::JackServerProcess server(44100, 256, 2);
     JackPlayer jack;
     ASSERT_TRUE(jack.Open());
     {

@@ -6,10 +6,14 @@
 
 #include "audio/CreateDevice.h"
 #include "engine/SndPlayer.h"
+#include "formats/Loaders.h"
 #include "midi/NoteMessage.h"
 #include "midi/OpenMidi.h"
-#include "tests/devices/JackRig.h"
+#include "tests/devices/JackPeer.h"
+#include "tests/support/JackRecorder.h"
+#include "tests/support/JackServerProcess.h"
 #include "tests/support/LogCapture.h"
+#include "tests/support/RunVonta.h"
 #include "tests/support/SongBuilder.h"
 
 namespace vonta {
@@ -133,6 +137,61 @@ TEST(JackMidiIn, NotesSentInSound) {
     ASSERT_TRUE(read());
     EXPECT_EQ(DecodeNote(message).kind, NoteMessage::Kind::Off);
     EXPECT_EQ(input.Read(&message), 0);
+}
+
+// `vonta play` with a song beside it.
+struct PlayedSong {
+    explicit PlayedSong(SongBuilder& song) {
+        DiskStream stream;
+        EXPECT_TRUE(stream.Open(directory.File("song.vtm"), "wb"));
+        EXPECT_EQ(SaveFile(&stream, SaveMode::Module, *song.Build(), {}), 0);
+    }
+    test::Program Play(const char* device, const char* option) const {
+        return {{"play", "song.vtm", "--device", device, option, "0"}, directory.Path()};
+    }
+    TempDirectory directory;
+};
+
+TEST(JackMidiOut, PlaySendsNotesToThePortThatIsAskedForWhateverTheSongSaysAndLetsThemGoWhenItIsInterrupted) {
+    test::JackServerProcess server;
+    test::JackPeer peer;
+    SongBuilder song;
+    song.Pattern(0, 64).Tempo(30).SineInstrument(0, 1024);
+    song.Edit().GetInstrument(0)->midi = {.enabled = 1, .device = 7, .channel = 2, .program = 5};
+    const PlayedSong played(song.Note(0, 0, 60, 1, 100));
+    test::Program program = played.Play("nosound", "--midi-out");
+    ASSERT_TRUE(Await([&peer] { return peer.Count() >= 2; }));
+    program.Interrupt();
+    program.Wait();
+    EXPECT_EQ(peer.Messages(), (Messages{0x05C2, 0x643C92, 0x003C82}));
+    EXPECT_EQ(test::RunVonta({"play", "song.vtm", "--device", "nosound", "--midi-out", "3"}, played.directory.Path()).err,
+              "vonta: no MIDI output 3 is there; 'vonta devices' lists them\n");
+}
+
+TEST(JackMidiIn, KeysPlayTheFirstInstrumentWhilePlayRuns) {
+    test::JackServerProcess server;
+    test::JackPeer peer;
+    const PlayedSong played(SongBuilder().Tempo(30).SineInstrument(0, 1024, {VTSAMPLE_LOOP_FORDWARD, 0, 1024}));
+    const test::Program program = played.Play("asio", "--midi-in");
+    ASSERT_TRUE(Await([&peer] { return peer.PortsOf("Vonta Tracker").size() == 2; }));
+    JackRecorder recorder({"Vonta Tracker:Output 1 left"}, 4800);
+    ASSERT_EQ(recorder.Missing(), "");
+    const auto peak = [&recorder] {
+        recorder.Record(4800);
+        return std::ranges::max(recorder.Track(0));
+    };
+    EXPECT_EQ(peak(), 0.0f);
+    peer.Press({0x90, 60, 127});
+    EXPECT_TRUE(Await([&] { return peak() > 0.01f; }));
+    peer.Press({0x80, 60, 0});
+    EXPECT_TRUE(Await([&] { return peak() == 0.0f; }));
+}
+
+TEST(JackMidi, DevicesListsThePorts) {
+    test::JackServerProcess server;
+    test::JackPeer peer;
+    const std::string out = test::RunVonta({"devices"}, ".").out;
+    EXPECT_NE(out.find("  midi-out       0  Peer:synth\n  midi-in        0  Peer:keys\n"), std::string::npos) << out;
 }
 
 TEST(JackMidi, TheStartOpensEveryPortUnderTheProgramsName) {

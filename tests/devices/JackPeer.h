@@ -1,83 +1,19 @@
-// A JACK server of the test's own, without a sound card, and another program on it: the synthesizer and the keyboard
-// that ours plays and is played by.
+// Another program on a JACK server: the synthesizer and the keyboard that ours plays and is played by.
 #pragma once
 
-#include <gtest/gtest.h>
 #include <jack/jack.h>
 #include <jack/midiport.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <array>
 #include <atomic>
-#include <chrono>
-#include <functional>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "platform/Clock.h"
+#include "tests/support/Await.h"
 
 namespace vonta::test {
-
-// True as soon as `done` is; false if it is not within some seconds, even on a busy machine.
-inline bool Await(const std::function<bool()>& done, int seconds = 20) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
-    while (!done()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
-
-// Every client of this process goes to the server while it runs. Throws, which fails the test, if there can be none.
-class JackServerProcess {
-public:
-    JackServerProcess() : name_("vonta-test-" + std::to_string(getpid())) {
-        jack_set_error_function([](const char*) {});
-        jack_set_info_function([](const char*) {});
-        setenv("JACK_DEFAULT_SERVER", name_.c_str(), 1);
-        pid_ = fork();
-        if (pid_ == 0) Run();
-        if (pid_ < 0 || !Await([] { return Answers(); })) throw std::runtime_error("jackd (package jackd2) does not start");
-    }
-    ~JackServerProcess() {
-        Stop();
-        unsetenv("JACK_DEFAULT_SERVER");
-    }
-    JackServerProcess(const JackServerProcess&) = delete;
-    JackServerProcess& operator=(const JackServerProcess&) = delete;
-
-    void Stop() {
-        if (pid_ <= 0) return;
-        kill(pid_, SIGTERM);
-        waitpid(pid_, nullptr, 0);
-        pid_ = 0;
-    }
-
-private:
-    // The new process: ends with the test, also when that crashes.
-    [[noreturn]] void Run() {
-        prctl(PR_SET_PDEATHSIG, SIGTERM);
-        setenv("JACK_NO_AUDIO_RESERVATION", "1", 1);
-        if (!freopen("/dev/null", "w", stdout) || !freopen("/dev/null", "w", stderr)) _exit(1);
-        // Patient with clients, since nothing here runs in real time.
-        execlp("jackd", "jackd", "--no-realtime", "--timeout", "10000", "--name", name_.c_str(), "-d", "dummy", "-r",
-               "48000", "-p", "256", nullptr);
-        _exit(1);
-    }
-    static bool Answers() {
-        jack_client_t* client = jack_client_open("probe", JackNoStartServer, nullptr);
-        if (client) jack_client_close(client);
-        return client;
-    }
-
-    std::string name_;
-    pid_t pid_ = 0;
-};
 
 // What came at the synthesizer: the bytes of a message, packed, and the time of the process cycle.
 struct Received {
