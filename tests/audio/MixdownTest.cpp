@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "formats/WavFormat.h"
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"
 #include "tests/support/TestDevice.h"
@@ -282,6 +283,21 @@ TEST_F(MixdownTest, AFullDiskLeavesNoFileAndSaysSo) {
         EXPECT_NE(result.error.find(name), std::string::npos) << result.error;
         EXPECT_EQ(directory.List(), Names{name});
         std::filesystem::remove(directory.Path() / name);
+    }
+}
+
+TEST_F(MixdownTest, ADiskThatFillsUpLeavesTheOldFile) {
+    player.SetSong(Sines(64).Build());
+    directory.Write("mix.wav", "old");
+    for (const rlim_t bytes : {rlim_t{0}, rlim_t{44}, rlim_t{100000}}) {
+        const MixdownResult result = [&] {
+            const test::FileSizeLimit disk(bytes);
+            return Run();
+        }();
+        EXPECT_EQ(result.end, MixdownEnd::Failed);
+        EXPECT_NE(result.error.find("File too large"), std::string::npos) << result.error;
+        EXPECT_EQ(directory.Text("mix.wav"), "old");
+        EXPECT_EQ(directory.List(), Names{"mix.wav"});
     }
 }
 
