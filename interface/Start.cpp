@@ -34,6 +34,8 @@ int TrackerInterface::Start(bool firstRun) {
     skin_.BuildPiano();
     AdvanceLoading();
     skin_.LoadColours();
+    for (Font* font : fonts_.All()) font->SetColour(skin_.Colours().m_colText);
+    fonts_.m_fontStd.SetColour(skin_.Colours().m_colHighlight);
     AdvanceLoading();
     visualSurface_ = video_.CreateEmpty(kVisualWidth, kVisualHeight);
     gameSurface_ = video_.CreateEmpty(kGameWidth, kGameHeight);

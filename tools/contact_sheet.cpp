@@ -50,14 +50,14 @@ void Record(InterfaceRig& rig) {
     rig.state.CursorRight();
 }
 
-// A directory with something of each kind.
-void FillDirectory(InterfaceRig& rig) {
+// A directory with something of each kind, for the list of files.
+void FillDirectory(const TempDirectory& directory) {
     for (const std::string name : {"Ambient", "Drums", "Voices"})
-        std::filesystem::create_directory(rig.directory.Path() / name);
+        std::filesystem::create_directory(directory.Path() / name);
     for (const std::string name :
          {"evening train.vtm", "first light.xm", "harbour.vtm", "kitchen radio.mod", "night bus.vtm"})
-        std::ofstream(rig.directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
-    std::filesystem::current_path(rig.directory.Path());
+        std::ofstream(directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
+    std::filesystem::current_path(directory.Path());
 }
 
 struct Scene {
@@ -74,7 +74,7 @@ constexpr Scene kScenes[] = {
     {"channels-16", [](InterfaceRig& rig) { ShowChannels(rig, 16); }},
     {"channels-24", [](InterfaceRig& rig) { ShowChannels(rig, 24); }},
     {"channels-32", [](InterfaceRig& rig) { ShowChannels(rig, 32); }},
-    {"disk-op", [](InterfaceRig& rig) { FillDirectory(rig); OpenSlot(rig, kScreenDiskOp); }},
+    {"disk-op", [](InterfaceRig& rig) { OpenSlot(rig, kScreenDiskOp); }},
     {"advanced-edit", [](InterfaceRig& rig) { OpenSlot(rig, kScreenAdvancedEdit); }},
     {"config", [](InterfaceRig& rig) { OpenSlot(rig, kScreenConfig); }},
     {"help", [](InterfaceRig& rig) { OpenSlot(rig, kScreenHelp); }},
@@ -115,7 +115,6 @@ skin::Canvas Photograph(const std::string& data, const Scene& scene) {
     skin::Canvas picture(kPictureWidth, kPictureHeight);
     for (int y = 0; y < kPictureHeight; ++y)
         for (int x = 0; x < kPictureWidth; ++x) picture.Pixel(x, y, rig.display.PixelAt(x, y));
-    std::filesystem::current_path(std::filesystem::path(data));
     return picture;
 }
 
@@ -124,6 +123,8 @@ void PutOnSheet(skin::Canvas& sheet, const skin::Canvas& picture, int place) {
 }
 
 void Develop(const std::string& data, const std::string& out) {
+    const TempDirectory directory;
+    FillDirectory(directory);
     const int rows = kPerSheet / kPerRow;
     int place = 0, number = 0;
     skin::Canvas sheet(kGap + kPerRow * (kPictureWidth + kGap), kGap + rows * (kPictureHeight + kGap), kPaper);

@@ -38,9 +38,9 @@ inline constexpr LayoutItem kDiskOpItems[] = {
     LabelAt(8, 203, "File name"),
     FieldAt(kDiskName, 8, 219, 24, Look::TextField),
     {Look::List, kDiskList, 206, 1, 290, 243},
-    ButtonAt(Look::SmallButton, kDiskScrollUp, 499, 3, 1, "-"),
+    ButtonAt(Look::SmallButton, kDiskScrollUp, 499, 3, 1, "^"),
     {Look::VSlider, kDiskScroll, 500, 19, 16, 206},
-    ButtonAt(Look::SmallButton, kDiskScrollDown, 499, 225, 1, "+"),
+    ButtonAt(Look::SmallButton, kDiskScrollDown, 499, 225, 1, "v"),
 };
 inline constexpr ScreenLayout kDiskOpLayout = {"DiskOp", 9, 10, 0, 0, 519, 248, kDiskOpItems};
 

@@ -45,7 +45,7 @@ inline constexpr LayoutItem kSaveItems[] = {
     LabelAt(201, 40, "samples as they are"),
     LabelAt(383, 40, "samples compressed"),
 
-    GroupAt(4, 66, 512, 88, "Mix down to sound files"),
+    GroupAt(2, 66, 516, 88, "Mix down to sound files"),
     ButtonAt(Look::SmallButton, kSaveWav, 5, 97, 5, "WAV"),
     ButtonAt(Look::SmallButton, kSaveBits8, 57, 97, 3, "8"),
     ButtonAt(Look::SmallButton, kSaveBits16, 114, 97, 3, "16"),

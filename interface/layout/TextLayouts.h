@@ -16,9 +16,9 @@ inline constexpr LayoutItem kHelpItems[] = {
     ButtonAt(Look::SmallButton, kHelpQuestions, 5, 69, 10, "Questions"),
     ButtonAt(Look::Button, kHelpExit, 5, 223, 8, "Exit"),
     {Look::List, kHelpText, 104, 4, 672, 240},
-    ButtonAt(Look::SmallButton2, kHelpUp, 782, 4, 1, "-"),
+    ButtonAt(Look::SmallButton2, kHelpUp, 782, 4, 1, "^"),
     {Look::VSlider, kHelpScroll, 782, 19, 16, 208},
-    ButtonAt(Look::SmallButton2, kHelpDown, 782, 230, 1, "+"),
+    ButtonAt(Look::SmallButton2, kHelpDown, 782, 230, 1, "v"),
 };
 inline constexpr ScreenLayout kHelpLayout = {"Help", 27, 28, 0, 0, 800, 248, kHelpItems};
 
@@ -47,9 +47,9 @@ inline constexpr LayoutItem kSongInfoItems[] = {
     ButtonAt(Look::Button, kInfoExit, 6, 223, 8, "Exit"),
     LabelAt(292, 3, "Comment"),
     {Look::List, kInfoText, 288, 19, 488, 225},
-    ButtonAt(Look::SmallButton2, kInfoUp, 782, 19, 1, "-"),
+    ButtonAt(Look::SmallButton2, kInfoUp, 782, 19, 1, "^"),
     {Look::VSlider, kInfoScroll, 782, 35, 16, 192},
-    ButtonAt(Look::SmallButton2, kInfoDown, 782, 230, 1, "+"),
+    ButtonAt(Look::SmallButton2, kInfoDown, 782, 230, 1, "v"),
 };
 inline constexpr ScreenLayout kSongInfoLayout = {"SongInfo", 31, 32, 0, 0, 800, 248, kSongInfoItems};
 

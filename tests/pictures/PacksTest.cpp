@@ -113,7 +113,7 @@ TEST(Packs, HoldFontsColoursAndDataInTheirSizes) {
     }
 }
 
-bool IsControl(const LayoutItem& item) { return item.look <= Look::VSlider; }
+bool IsControl(const LayoutItem& item) { return item.look <= Look::VSlider || item.look == Look::List; }
 bool Holds(const LayoutItem& item, int x, int y) {
     return x >= item.x && x < item.x + item.width && y >= item.y && y < item.y + item.height;
 }

@@ -74,6 +74,12 @@ void PaintRecess(Canvas& canvas, const FontSet&, const LayoutItem& item, State) 
     PaintWell(canvas, item.x, item.y, item.width, item.height);
 }
 
+// Pressed it is what the program cuts the bar of a chosen row from.
+void PaintList(Canvas& canvas, const FontSet&, const LayoutItem& item, State state) {
+    PaintWell(canvas, item.x, item.y, item.width, item.height, state == State::Pressed ? kCyanDeep : kWell);
+    if (state == State::Pressed) canvas.Fill(item.x + 1, item.y + 1, 2, item.height - 2, kCyan);
+}
+
 // Where the user types: a line to write on.
 void PaintTextField(Canvas& canvas, const FontSet&, const LayoutItem& item, State) {
     PaintWell(canvas, item.x, item.y, item.width, item.height);
@@ -99,6 +105,14 @@ void PaintGroup(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, St
     canvas.Text(fonts[kSmall], item.x + 12, item.y - kInkTop - 4, item.caption, kCaption);
 }
 
+// A question stands out from the screens that it covers.
+void PaintQuestionEdge(Canvas& canvas) {
+    const int width = canvas.Width(), height = canvas.Height();
+    canvas.Frame(0, 0, width, height, kWellShade, kWellShade);
+    canvas.Frame(1, 1, width - 2, height - 2, kFaceLight, kFaceDark);
+    canvas.Fill(1, 1, width - 2, 2, kAmber);
+}
+
 using ItemPainter = void (*)(Canvas&, const FontSet&, const LayoutItem&, State);
 
 struct LookRow {
@@ -109,7 +123,7 @@ constexpr LookRow kLooks[] = {
     {Look::Button, PaintButton},       {Look::SmallButton, PaintButton},  {Look::SmallButton1, PaintButton},
     {Look::SmallButton2, PaintButton}, {Look::SmallButton3, PaintButton}, {Look::Slider, PaintGroove},
     {Look::VSlider, PaintGroove},      {Look::Field, PaintRecess},        {Look::TextField, PaintTextField},
-    {Look::List, PaintRecess},         {Look::View, PaintRecess},         {Look::Label, PaintLabel},
+    {Look::List, PaintList},           {Look::View, PaintRecess},         {Look::Label, PaintLabel},
     {Look::Title, PaintTitle},         {Look::Group, PaintGroup},
 };
 
@@ -166,6 +180,7 @@ void PaintItem(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, Sta
 Canvas PaintScreen(const FontSet& fonts, const ScreenLayout& layout, State state) {
     Canvas canvas(layout.width, layout.height);
     PaintPanel(canvas, 0, 0, layout.width, layout.height);
+    if (layout.movable) PaintQuestionEdge(canvas);
     for (const bool edges : {true, false})   // the edges of groups first, so that they cut nothing
         for (const LayoutItem& item : layout.items)
             if ((item.look == Look::Group) == edges)

@@ -43,7 +43,7 @@ constexpr Colour kTitle = 0xF1E3C8;
 
 // What the program prints and draws in.
 constexpr Colour kText = 0xDDE4EB;
-constexpr Colour kHighlight = 0xFFD590;
+constexpr Colour kHighlight = 0xFFE3B4;
 constexpr Colour kDim = 0xA4B3C3;
 constexpr Colour kLines = 0x6FD3E3;
 constexpr Colour kPoints = 0xFFB347;
