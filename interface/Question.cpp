@@ -69,11 +69,16 @@ void TrackerInterface::AnswerChoice(int choice) {
 void TrackerInterface::OnQuit(ControlRecord&) { state_.m_bQuit = true; }
 
 void TrackerInterface::OnZap(ControlRecord& record) {
-    using Operation = void (TrackerState::*)();
-    constexpr Operation kOperations[] = {&TrackerState::NewSong, &TrackerState::ClearPatterns,
-                                         &TrackerState::ClearInstruments, &TrackerState::ClearEffects};
-    static_assert(std::size(kOperations) == kZapChoices - 1);   // the last one only closes
-    if (record.param >= 0 && record.param < kZapChoices - 1) (state_.*kOperations[record.param])();
+    using Operation = void (*)(TrackerState& state);
+    constexpr Operation kOperations[] = {
+        [](TrackerState& state) { state.NewSong(); },
+        [](TrackerState& state) { state.ClearPatterns(); },
+        [](TrackerState& state) { state.ClearInstruments(); },
+        [](TrackerState& state) { state.ClearEffects(); },
+        [](TrackerState&) {},
+    };
+    static_assert(std::size(kOperations) == kZapChoices);
+    if (record.param >= 0 && record.param < kZapChoices) kOperations[record.param](state_);
 }
 
 // The keys of the question. There is no Yes to the Zap: its choices are for the mouse alone.
