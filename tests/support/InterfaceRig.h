@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "interface/TrackerInterface.h"
+#include "interface/screens/DiskOpScreen.h"
 #include "platform/HeadlessWindow.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"
@@ -27,6 +28,21 @@ struct RigHost final : InterfaceHost {
 
     std::string startDir;
     int configSaves = 0, environmentSaves = 0, videoRestarts = 0;
+};
+
+// Work goes on in it while this lives.
+class WorkingDirectory {
+public:
+    explicit WorkingDirectory(const std::filesystem::path& path) { std::filesystem::current_path(path); }
+    ~WorkingDirectory() {
+        std::error_code ignored;
+        std::filesystem::current_path(before_, ignored);
+    }
+    WorkingDirectory(const WorkingDirectory&) = delete;
+    WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+private:
+    std::filesystem::path before_ = std::filesystem::current_path();
 };
 
 class InterfaceRig {
@@ -51,13 +67,17 @@ public:
     }
     ~InterfaceRig() { player.SetMixerOn(false); }
 
-    // What has arrived is worked, the interface painted and shown; then the player takes its commands.
+    // What has arrived is worked, the interface painted and shown; then files are saved and loaded, and the player takes
+    // its commands.
     void Frame(int milliseconds = kFrameMs) {
         now += static_cast<std::uint32_t>(milliseconds);
         ui.PollInput();
         ui.PollMouse();
         ui.Paint();
         video.Present();
+        if (state.m_bSaveRequested) ui.DiskOp().SaveNow();
+        else if (state.m_bLoadRequested) ui.DiskOp().LoadNow();
+        state.m_bSaveRequested = state.m_bLoadRequested = false;
         device->timer.Fire();
     }
     // So many milliseconds of sound, in blocks as a device takes them.
@@ -119,6 +139,7 @@ public:
     static constexpr std::uint32_t kBytesOf10Ms = 441 * 4;
 
     TempDirectory directory;
+    WorkingDirectory workingDirectory{directory.Path()};
     RigHost host{directory.Path()};
     std::uint32_t now = 1u << 20;                // milliseconds
     Config config;
