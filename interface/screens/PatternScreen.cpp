@@ -149,7 +149,7 @@ void PatternScreen::PaintPixels() {
     const int left = std::max(block.Left() - first, 0), right = std::min(block.Left() + block.Width() - first, ShownTracks());
     const int upper = std::max(block.Top() - top, 1), lower = std::min(block.Top() + block.Height() - top, Rows());
     if (left >= right || upper >= lower) return;
-    const int x0 = View().TrackX(left) + 2, x1 = View().TrackX(right) - 1, y0 = RowY(upper), y1 = RowY(lower) - 1;
+    const int x0 = View().TrackX(left) + 2, x1 = View().TrackX(right) - 1, y0 = RowY(upper) - 1, y1 = RowY(lower) - 1;
     const std::pair<int, int> edge[] = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
     Surfaces().DrawPolyline(edge, static_cast<int>(std::size(edge)), Pictures().Colours().m_colSelection);
 }

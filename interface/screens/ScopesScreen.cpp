@@ -43,7 +43,6 @@ constexpr ControlRow<Self> kRows[] = {
 constexpr int kListX = 4, kListY = 32, kListPitch = 14, kLinesAround = 2;   // pixels; of the present line
 constexpr int kPositionX = 8;
 constexpr int kClockX = 233, kStoppedClockX = -2, kClockY = 113;
-constexpr float kFullScale = 32767.0f;
 constexpr float kLevelFall = 1.0f / 600, kPeakFall = 1.0f / 4000;           // of the full level in a millisecond
 
 const LayoutItem& Item(int id) { return ItemOf(kScopesLayout, id); }
@@ -63,7 +62,7 @@ void ScopesScreen::PaintBackground() {
 void ScopesScreen::PaintLevel(int side) {
     const auto at = static_cast<std::size_t>(side);
     const auto passed = static_cast<float>(std::min<std::uint32_t>(Ui().Now() - lastPaint_, 1000));
-    const float now = std::min(Player().GetMixer().scope.TakePeak(side) / kFullScale, 1.0f);
+    const float now = ShownLevel(Player().GetMixer().scope.TakePeak(side));
     level_[at] = std::max({now, level_[at] - passed * kLevelFall, 0.0f});
     peak_[at] = std::max({now, peak_[at] - passed * kPeakFall, 0.0f});
     const Rect bar = Inside(Item(side == 0 ? kScopesLeftLevel : kScopesRightLevel));
