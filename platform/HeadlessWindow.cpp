@@ -3,8 +3,6 @@
 namespace vonta {
 namespace {
 
-constexpr int kRgbBits = 32;
-
 bool SameShape(const Surface& a, const Surface& b) {
     return a.Width() == b.Width() && a.Height() == b.Height() && a.Bits() == b.Bits();
 }
@@ -25,13 +23,7 @@ void HeadlessDisplay::Present(const Surface& picture) {
     ++presents_;
 }
 
-std::uint32_t HeadlessDisplay::PixelAt(int x, int y) const {
-    const auto pixel = Surface::Create(1, 1, kRgbBits);
-    if (!shown_ || !pixel) return 0;
-    pixel->Blit(*shown_, x, y, 1, 1, 0, 0, false);
-    const std::uint8_t* bytes = pixel->Pixels();
-    return static_cast<std::uint32_t>(bytes[2] << 16 | bytes[1] << 8 | bytes[0]);
-}
+std::uint32_t HeadlessDisplay::PixelAt(int x, int y) const { return shown_ ? shown_->RgbAt(x, y) : 0; }
 
 bool HeadlessWindow::PollEvent(WindowEvent& event) {
     if (events_.empty()) return false;

@@ -11,6 +11,7 @@
 namespace vonta {
 namespace {
 
+constexpr int kTextureBits = 32;
 constexpr int kSmallestShare = 4;                // the window shrinks to this part of the picture
 
 SDL_Rect RectOf(const PictureFit& fit) { return {fit.x, fit.y, fit.width, fit.height}; }
@@ -33,7 +34,8 @@ int SdlDisplay::Open(int width, int height, int bits, bool fullscreen) {
     height_ = height;
     bits_ = bits;
     last_ = Surface::Create(width, height, bits);
-    if (!window_ || !last_) return 1;
+    wide_ = Surface::Create(width, height, kTextureBits);
+    if (!window_ || !last_ || !wide_) return 1;
     if (!renderer_) renderer_.reset(CreateBestRenderer(window_));
     if (!renderer_ || !CreateTexture()) {
         DebugOutput("* ERROR opening the display: %s\n", SDL_GetError());
@@ -46,6 +48,7 @@ int SdlDisplay::Open(int width, int height, int bits, bool fullscreen) {
 void SdlDisplay::Close() {
     ForgetTextures();
     last_.reset();
+    wide_.reset();
 }
 
 void SdlDisplay::Place(bool fullscreen) {
@@ -63,11 +66,11 @@ void SdlDisplay::Place(bool fullscreen) {
 }
 
 bool SdlDisplay::CreateTexture() {
-    const Uint32 format = bits_ == 16 ? SDL_PIXELFORMAT_RGB565 : bits_ == 24 ? SDL_PIXELFORMAT_BGR24 : SDL_PIXELFORMAT_RGB888;
-    texture_.reset(SDL_CreateTexture(renderer_.get(), format, SDL_TEXTUREACCESS_STREAMING, width_, height_));
-    if (texture_ && last_) SDL_UpdateTexture(texture_.get(), nullptr, last_->Pixels(), last_->Pitch());
+    texture_.reset(SDL_CreateTexture(renderer_.get(), SDL_PIXELFORMAT_RGB888, SDL_TEXTUREACCESS_STREAMING, width_, height_));
     exposed_ = true;
-    return texture_ != nullptr;
+    if (!texture_) return false;
+    Upload(0, height_);
+    return true;
 }
 
 void SdlDisplay::ForgetTextures() {
@@ -87,19 +90,29 @@ int SdlDisplay::DesktopBits() const {
 void SdlDisplay::Present(const Surface& picture) {
     if (!renderer_ || !last_ || (!texture_ && !CreateTexture())) return;
     if (picture.Width() != width_ || picture.Height() != height_ || picture.Bits() != bits_) return;
-    const bool changed = Upload(picture);
+    const bool changed = TakeChanges(picture);
     if (changed || exposed_) Draw();
 }
 
-bool SdlDisplay::Upload(const Surface& picture) {
+bool SdlDisplay::TakeChanges(const Surface& picture) {
     int first = 0, end = height_;
     while (first < end && SameRow(picture, *last_, first)) ++first;
     while (end > first && SameRow(picture, *last_, end - 1)) --end;
     if (first == end) return false;
     last_->Blit(picture, 0, first, width_, end - first, 0, first, false);
-    const SDL_Rect rows{0, first, width_, end - first};
-    SDL_UpdateTexture(texture_.get(), &rows, RowOf(*last_, first), last_->Pitch());
+    Upload(first, end);
     return true;
+}
+
+// At 32 bits: renderers stretch other depths pixel by pixel.
+void SdlDisplay::Upload(int firstRow, int endRow) {
+    const Surface* rows = last_.get();
+    if (bits_ != kTextureBits) {
+        wide_->Blit(*last_, 0, firstRow, width_, endRow - firstRow, 0, firstRow, false);
+        rows = wide_.get();
+    }
+    const SDL_Rect rect{0, firstRow, width_, endRow - firstRow};
+    SDL_UpdateTexture(texture_.get(), &rect, RowOf(*rows, firstRow), rows->Pitch());
 }
 
 OutputSize SdlDisplay::Output() const {

@@ -37,7 +37,8 @@ private:
 
     void Place(bool fullscreen);
     bool CreateTexture();
-    bool Upload(const Surface& picture);         // false if nothing has changed
+    bool TakeChanges(const Surface& picture);    // false if there are none
+    void Upload(int firstRow, int endRow);       // of last_
     void Draw();
     bool DrawEnlarged(const PictureFit& fit);    // false if the device has no room for it
     OutputSize Output() const;
@@ -48,7 +49,7 @@ private:
     Texture texture_, enlarged_;
     int prescale_ = 0;                           // of enlarged_
     int width_ = 0, height_ = 0, bits_ = 0;      // of the picture
-    std::unique_ptr<Surface> last_;              // as texture_ holds it
+    std::unique_ptr<Surface> last_, wide_;       // as texture_ holds it, in the picture's depth and in the texture's
     bool placed_ = false;                        // the window has been given its first size
     bool exposed_ = true;
 };

@@ -2,6 +2,8 @@
 
 #include <SDL.h>
 
+#include <cstring>
+
 namespace vonta {
 namespace {
 
@@ -36,6 +38,16 @@ int Surface::Pitch() const { return plain_->pitch; }
 int Surface::Bits() const { return 8 * plain_->format->BytesPerPixel; }
 std::uint8_t* Surface::Pixels() { return static_cast<std::uint8_t*>(plain_->pixels); }
 const std::uint8_t* Surface::Pixels() const { return static_cast<const std::uint8_t*>(plain_->pixels); }
+
+std::uint32_t Surface::RgbAt(int x, int y) const {
+    if (x < 0 || y < 0 || x >= Width() || y >= Height()) return 0;
+    const int bytes = plain_->format->BytesPerPixel;
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, Pixels() + static_cast<std::ptrdiff_t>(y) * Pitch() + x * bytes, static_cast<std::size_t>(bytes));
+    std::uint8_t red, green, blue;
+    SDL_GetRGB(pixel, plain_->format, &red, &green, &blue);
+    return static_cast<std::uint32_t>(red << 16 | green << 8 | blue);
+}
 
 void Surface::Masks(std::uint32_t& red, std::uint32_t& green, std::uint32_t& blue) const {
     red = plain_->format->Rmask;

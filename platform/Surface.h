@@ -20,6 +20,7 @@ public:
     int Bits() const;
     std::uint8_t* Pixels();
     const std::uint8_t* Pixels() const;
+    std::uint32_t RgbAt(int x, int y) const;     // 0x00RRGGBB; black outside
     void Masks(std::uint32_t& red, std::uint32_t& green, std::uint32_t& blue) const;
 
     // The part of the source onto this one, clipped at both; keyed: pixels of value 0 are left out. Nothing with a

@@ -14,6 +14,7 @@
 #include "tests/support/AkpBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/ModBuilder.h"
+#include "tests/support/PackBuilder.h"
 #include "tests/support/Sf2Builder.h"
 #include "tests/support/WavBuilder.h"
 #include "tests/support/XiBuilder.h"
@@ -122,6 +123,18 @@ std::vector<Bytes> AkpSeeds() {
     return {test::AkpBuilder().Build(), test::AkpBuilder{{layered, {}}}.Build()};
 }
 
+std::vector<Bytes> PackSeeds() {
+    const Bytes pictures[] = {test::Tga(3, 2, 24, {1, 2, 3, 4, 5, 6}), test::Tga(2, 2, 32, {0, 0xFF000000, 0x80123456, 7})};
+    test::ByteBuilder pack;
+    unsigned offset = 4 + 38 * 2;
+    pack.U32(2);
+    for (const Bytes& picture : pictures) {
+        pack.FixedText(&picture == pictures ? "skin\\Misc\\cursor.tga" : "data\\loading.tga", 30).U32(offset).U32(static_cast<unsigned>(picture.size()));
+        offset += static_cast<unsigned>(picture.size());
+    }
+    return {pack.Bytes(pictures[0]).Bytes(pictures[1]).bytes};
+}
+
 struct SeedRow {
     const char* target;
     std::vector<Bytes> (*make)();
@@ -138,6 +151,7 @@ constexpr SeedRow kSeeds[] = {
     {"load_xi", XiSeeds},
     {"load_sf2", Sf2Seeds},
     {"load_akp", AkpSeeds},
+    {"load_pack", PackSeeds},
 };
 
 }  // namespace

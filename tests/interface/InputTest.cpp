@@ -1,0 +1,63 @@
+#include "interface/Input.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "app/config/KeyTable.h"
+
+namespace vonta {
+namespace {
+
+TEST(Input, EveryKeyHasAPlaceOnTheKeyboard) {
+    std::map<int, int> places;
+    for (int scanCode = -1; scanCode <= 512; ++scanCode) ++places[KeyOfScanCode(scanCode)];
+    for (int key = 0; key < kNoKey; ++key) {
+        const bool neverSent = key == kKeyLeftAlt || key == kKeyRightAlt;
+        EXPECT_EQ(places[key], neverSent ? 0 : key == kKeyBackslash ? 2 : 1) << KeyName(key);
+    }
+    const struct { int scanCode, key; } cases[] = {{4, kKeyA}, {29, kKeyA + 25}, {30, kKey0 + 1}, {39, kKey0}, {69, kKeyF1 + 11},
+                                                   {98, kKeyNumpad0}, {226, kKeyAlt}, {41, kNoKey}};
+    for (const auto& c : cases) EXPECT_EQ(KeyOfScanCode(c.scanCode), c.key);
+}
+
+TEST(Input, GivesTwentyEventsAPollAndLosesNoRelease) {
+    Input input;
+    for (int i = 0; i < 3 * Input::kMaxQueued; ++i) input.OnKey(4, true);
+    input.OnKey(4, false);
+    int key = 0, presses = 0, releases = 0;
+    bool pressed = false;
+    for (input.Poll(); input.EventCount() > 0; input.Poll()) {
+        EXPECT_LE(input.EventCount(), Input::kMaxEvents);
+        for (int i = 0; i < input.EventCount(); ++i) {
+            input.GetEvent(i, key, pressed);
+            EXPECT_EQ(key, kKeyA);
+            ++(pressed ? presses : releases);
+        }
+    }
+    EXPECT_EQ(presses, Input::kMaxQueued);
+    EXPECT_EQ(releases, 1);
+    input.GetEvent(5, key, pressed);
+    EXPECT_EQ(key, kNoKey);
+}
+
+TEST(Input, ARepeatIsArmedForAKeyAMaskAndAnActionUntilTheKeyIsDisarmed) {
+    Input input;
+    input.ArmRepeat(kKeyUp, kMaskControl, 94, 5);
+    input.ArmRepeat(kKeyUp, 0, 209, 7);
+    input.ArmRepeat(kKeyDown, 0, 95, 9);
+    EXPECT_EQ(input.Repeat(kKeyUp, kMaskControl, 94), 5u);
+    EXPECT_EQ(input.Repeat(kKeyUp, 0, 94), Input::kNotArmed);
+    input.DisarmKey(kKeyUp);
+    EXPECT_EQ(input.Repeat(kKeyUp, kMaskControl, 94), Input::kNotArmed);
+    EXPECT_EQ(input.Repeat(kKeyUp, 0, 209), Input::kNotArmed);
+    EXPECT_EQ(input.Repeat(kKeyDown, 0, 95), 9u);
+    input.OnKey(4, true);
+    input.Reset();
+    input.Poll();
+    EXPECT_EQ(input.EventCount(), 0);
+    EXPECT_EQ(input.Repeat(kKeyDown, 0, 95), Input::kNotArmed);
+}
+
+}  // namespace
+}  // namespace vonta
