@@ -21,6 +21,7 @@ public:
     bool OnWheel(int notches) override;
 
     void ShowKind(FileKind kind);                // and the screen, if it is hidden
+    void GoTo(const std::string& directory);     // of the kind on show
     FileKind Kind() const { return m_nFileKind; }
     const std::string& Directory() const { return m_szListDir; }
     const DiskList& Rows() const { return list_; }
@@ -64,7 +65,6 @@ public:
 private:
     void SetKind(FileKind kind);
     void MatchLowerScreen();
-    void GoTo(const std::string& directory);
     void ReadList();
     void Scroll(int rows);
     int RowAt(const ControlRecord& record) const;        // of the list; -1 past its end

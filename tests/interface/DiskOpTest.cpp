@@ -1,0 +1,242 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <vector>
+
+#include "interface/layout/DiskOpLayout.h"
+#include "interface/layout/QuestionLayouts.h"
+#include "interface/screens/DiskOpScreen.h"
+#include "tests/support/InterfaceRig.h"
+#include "tests/support/SongCompare.h"
+
+namespace vonta {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Names = std::vector<std::string>;
+
+Names NamesOf(const DiskList& list) {
+    Names names;
+    for (int row = 0; row < list.Count(); ++row)
+        names.push_back((list.At(row).isDirectory ? "/" : "") + list.At(row).name);
+    return names;
+}
+
+TEST(DiskList, ShowsTheFilesOfAKindAndAllOnDemand) {
+    TempDirectory temp;
+    for (const char* name : {"b.XM", "a.mod", "c.vtm", "i.vti", "i.xi", "i.sf2", "i.AKP", "s.wav", "s.raw", "p.dll",
+                             "p.so", "k.vts", ".hidden.xm", "xm", ".wav"})
+        temp.Write(name, "12345");
+    fs::create_directory(temp.Path() / "Zoo.xm");
+    fs::create_directory(temp.Path() / ".git");
+    ASSERT_EQ(::mkfifo(temp.File("pipe.xm").c_str(), 0600), 0);   // whoever opens it waits for ever
+    const struct { FileKind kind; Names rows; } cases[] = {
+        {FileKind::Song, {"/..", "/Zoo.xm", "a.mod", "b.XM", "c.vtm"}},
+        {FileKind::Instrument, {"/..", "/Zoo.xm", "i.AKP", "i.sf2", "i.vti", "i.xi"}},
+        {FileKind::Sample, {"/..", "/Zoo.xm", "s.raw", "s.wav"}},
+        {FileKind::Effect, {"/..", "/Zoo.xm", "p.dll", "p.so"}},
+        {FileKind::Skin, {"/Zoo.xm", "k.vts"}},
+    };
+    DiskList list;
+    for (const auto& [kind, rows] : cases) {
+        EXPECT_TRUE(list.Read(temp.Path(), kind, false));
+        EXPECT_EQ(NamesOf(list), rows) << static_cast<int>(kind);
+    }
+    EXPECT_EQ(list.At(1).size, 5u);
+    EXPECT_TRUE(list.Read(temp.Path(), FileKind::Skin, true));
+    EXPECT_EQ(list.Count(), 17);
+    EXPECT_FALSE(list.Read(temp.File("nowhere"), FileKind::Song, false));
+    EXPECT_EQ(list.Count(), 0);
+}
+
+TEST(SaveNames, FollowTheFormatAndNeverLeadElsewhere) {
+    const struct { const char *typed, *native, *xm, *mod, *wav, *instrument, *sample; } cases[] = {
+        {"", "noname.vtm", "noname.xm", "noname.mod", "noname", "noname.vti", "noname.wav"},
+        {"tune", "tune.vtm", "tune.xm", "tune.mod", "tune", "tune.vti", "tune.wav"},
+        {"a.b.c", "a.vtm", "a.xm", "a.mod", "a", "a.b.c", "a.b.c"},
+        {"../../x", "x.vtm", "x.xm", "x.mod", "x", "x.vti", "x.wav"},
+        {".xm", "noname.vtm", "noname.xm", "noname.mod", "noname", ".xm", ".xm"},
+    };
+    for (const auto& row : cases) {
+        EXPECT_EQ(SongFileName(row.typed, SaveFormat::Native), row.native);
+        EXPECT_EQ(SongFileName(row.typed, SaveFormat::Xm), row.xm);
+        EXPECT_EQ(SongFileName(row.typed, SaveFormat::Mod), row.mod);
+        EXPECT_EQ(SongFileName(row.typed, SaveFormat::Wav), row.wav);
+        EXPECT_EQ(InstrumentFileName(row.typed), row.instrument);
+        EXPECT_EQ(SampleFileName(row.typed), row.sample);
+    }
+}
+
+// The real screen in a directory of its own, worked with the mouse as a user does.
+struct DiskRig : InterfaceRig {
+    explicit DiskRig(std::unique_ptr<Song> song = nullptr) : InterfaceRig(std::move(song)) {
+        Frame();
+        ui.ShowScreen(kScreenDiskOp);
+        Frame();
+        Disk().GoTo(directory.Path());
+        Frame();
+    }
+    DiskOpScreen& Disk() { return ui.DiskOp(); }
+    void Press(int id) { Click(kDiskOpLayout, id); }
+    void PressInSaveQuestion(int id) {
+        const LayoutItem& item = ItemOf(kSaveLayout, id);
+        Click(kSaveLayout.x + item.x + item.width / 2, kSaveLayout.y + item.y + item.height / 2);
+    }
+    void Answer(int id) {
+        const LayoutItem& item = ItemOf(kDialogLayout, id);
+        Click(kDialogLayout.x + item.x + item.width / 2, kDialogLayout.y + item.y + item.height / 2);
+    }
+    bool ClickFile(const std::string& name, bool right = false) {
+        for (int row = 0; row < Disk().Rows().Count(); ++row)
+            if (Disk().Rows().At(row).name == name) return Click(230, 7 + 14 * row + 5, right), true;
+        return false;
+    }
+    // The end of the application's frame.
+    void Work() {
+        if (state.m_bSaveRequested) Disk().SaveNow();
+        else if (state.m_bLoadRequested) Disk().LoadNow();
+        state.m_bSaveRequested = state.m_bLoadRequested = false;
+        Frame();
+    }
+};
+
+std::unique_ptr<Song> SmallSong() {
+    return SongBuilder().Channels(4).SineInstrument(0, 256).Order({0}).Pattern(0, 16).Note(0, 0, 48, 1, 64, 10, 3).Build();
+}
+
+TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
+    const auto expected = SmallSong();
+    for (const auto& [format, suffix] : {std::pair{kSaveNative, ".vtm"}, {kSaveXm, ".xm"}}) {
+        DiskRig rig(SmallSong());
+        const std::string file = std::string("phrase") + suffix;
+        rig.Press(kDiskSave);
+        rig.PressInSaveQuestion(kSaveName);
+        rig.Type("phrase.old.x");
+        rig.PressInSaveQuestion(format);
+        rig.PressInSaveQuestion(kSaveOther);     // not offered: nothing changes
+        rig.PressInSaveQuestion(kSaveGo);
+        EXPECT_TRUE(rig.state.m_bSaveRequested);
+        rig.Work();
+        ASSERT_EQ(rig.directory.List(), (std::set<std::string>{file}));
+        EXPECT_EQ(rig.state.m_szSongName, file);
+
+        rig.state.NewSong();
+        rig.Frame();
+        ASSERT_EQ(rig.At(0, 0).note, kNoNote);
+        ASSERT_TRUE(rig.ClickFile(file));
+        EXPECT_TRUE(rig.state.m_bLoadRequested);
+        EXPECT_EQ(rig.At(0, 0).note, kNoNote);   // the old song goes on until then
+        rig.Work();
+        EXPECT_EQ(rig.At(0, 0), expected->GetPattern(0)->Read(0, 0)) << suffix;
+        EXPECT_EQ(rig.state.CurrentSong().GetInstrument(0)->GetSample(0)->Count(), 256u);
+    }
+}
+
+TEST(DiskOp, InstrumentsAndSamplesGoOutAndComeBack) {
+    DiskRig rig(SmallSong());
+    for (const auto& [kind, file] : {std::pair{FileKind::Instrument, "noname.vti"}, {FileKind::Sample, "noname.wav"}}) {
+        rig.Press(kDiskKind + static_cast<int>(kind));
+        rig.Disk().GoTo(rig.directory.Path());
+        rig.Press(kDiskSave);
+        rig.Work();
+        rig.state.SelectItem(kListInstruments, 5);
+        ASSERT_TRUE(rig.ClickFile(file));
+        rig.Work();
+        const Instrument* loaded = rig.state.CurrentSong().GetInstrument(4);
+        ASSERT_NE(loaded, nullptr) << file;
+        EXPECT_EQ(loaded->GetSample(0)->Count(), 256u) << file;
+        rig.state.SelectItem(kListInstruments, 1);
+    }
+}
+
+TEST(DiskOp, AsksBeforeItReplacesAFile) {
+    DiskRig rig(SmallSong());
+    rig.directory.Write("noname.vtm", "precious");
+    const auto save = [&] { rig.Press(kDiskSave); rig.PressInSaveQuestion(kSaveGo); };
+    save();
+    EXPECT_EQ(rig.ui.QuestionText(), "Overwrite file??");
+    rig.Answer(kDialogNo);
+    EXPECT_FALSE(rig.state.m_bSaveRequested || rig.state.m_bDialogOpen);
+    save();
+    rig.Answer(kDialogYes);
+    EXPECT_TRUE(rig.state.m_bSaveRequested);
+    rig.Work();
+    EXPECT_GT(rig.directory.Bytes("noname.vtm").size(), 1000u);
+}
+
+TEST(DiskOp, TellsInWordsWhatFailed) {
+    DiskRig rig(SmallSong());
+    for (const char* name : {"broken.vtm", "broken.sf2", "broken.vts", "odd.pdf"}) {
+        rig.Disk().LoadDropped(rig.directory.Write(name, "Vonta"));
+        rig.Work();
+        EXPECT_NE(rig.ui.QuestionText().find(std::string(name) + " was not loaded"), std::string::npos)
+            << rig.ui.QuestionText();
+        rig.ui.CloseQuestion();
+    }
+    EXPECT_EQ(rig.config.skin, Config{}.skin);
+    EXPECT_EQ(rig.At(0, 0).note, 48);            // the song is as it was
+    rig.directory.Write("effect.so", "");
+    rig.Press(kDiskKind + static_cast<int>(FileKind::Effect));
+    rig.Disk().GoTo(rig.directory.Path());
+    rig.Frame();
+    ASSERT_TRUE(rig.ClickFile("effect.so"));
+    rig.Work();
+    EXPECT_NE(rig.ui.QuestionText().find("effect.so was not loaded"), std::string::npos);
+    rig.ui.CloseQuestion();
+
+    rig.Press(kDiskKind);
+    rig.state.m_szSongName = "song";
+    rig.Disk().GoTo(rig.directory.Path());
+    rig.Frame();
+    fs::remove_all(rig.directory.Path());
+    rig.Disk().SaveSong();
+    rig.Work();
+    EXPECT_NE(rig.ui.QuestionText().find("song.vtm was not saved"), std::string::npos) << rig.ui.QuestionText();
+}
+
+TEST(DiskOp, EachKindRemembersItsDirectory) {
+    DiskRig rig;
+    fs::create_directory(rig.directory.Path() / "sub");
+    rig.Press(kDiskAll);                         // reads the list anew
+    ASSERT_TRUE(rig.ClickFile("sub"));
+    rig.Frame();
+    const std::string sub = rig.directory.File("sub");
+    EXPECT_EQ(rig.Disk().Directory(), sub);
+    rig.Press(kDiskKind + 2);
+    rig.Press(kDiskRoot);
+    rig.Frame();
+    EXPECT_EQ(rig.Disk().Directory(), "/");
+    rig.Press(kDiskKind);
+    rig.Frame();
+    EXPECT_EQ(rig.Disk().Directory(), sub);
+    rig.Press(kDiskUp);
+    rig.Frame();
+    EXPECT_EQ(rig.Disk().Directory(), rig.directory.Path());
+    rig.Press(kDiskKind + 7);
+    rig.Press(kDiskHome);                        // the skins stay where they are
+    rig.Frame();
+    EXPECT_EQ(rig.Disk().Directory(), rig.directory.File("Skins"));
+}
+
+TEST(DiskOp, AClickPastTheListsEndOrLetGoElsewhereDoesNothing) {
+    DiskRig rig;
+    rig.directory.Write("a.xm", "x");
+    rig.directory.Write("b.xm", "x");
+    rig.Disk().GoTo(rig.directory.Path());
+    rig.Frame();
+    rig.Click(230, 200);
+    rig.MouseTo(230, 7 + 14 + 5);
+    rig.MouseTo(230, 7 + 14 + 5, true);
+    rig.MouseTo(230, 7 + 28 + 5, true);
+    rig.MouseTo(230, 7 + 28 + 5);
+    EXPECT_FALSE(rig.state.m_bLoadRequested || rig.state.m_bDialogOpen);
+    ASSERT_TRUE(rig.ClickFile("b.xm", true));    // marks it, for the buttons
+    rig.Press(kDiskDelete);
+    rig.Answer(kDialogYes);
+    EXPECT_EQ(rig.directory.List(), (std::set<std::string>{"a.xm"}));
+}
+
+}  // namespace
+}  // namespace vonta
