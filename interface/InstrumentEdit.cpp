@@ -57,9 +57,9 @@ void TrackerState::InstallInstrument(int slot, std::unique_ptr<Instrument> instr
     if (!IsInstrument(slot)) return;
     const SilentPause pause(player_);
     Song& song = CurrentSong();
+    applied_.songParts |= song.GetInstrument(slot) != nullptr;   // what fills an empty slot takes nothing away
     song.SetInstrument(slot, std::move(instrument));
     song.numInstruments = std::max(song.numInstruments, slot + 1);
-    applied_.songParts = true;
 }
 
 // A slot without an instrument gets one for it.
@@ -67,9 +67,9 @@ void TrackerState::InstallSample(int instrument, int sample, std::unique_ptr<Sam
     if (!IsInstrument(instrument) || !IsSample(sample)) return;
     const SilentPause pause(player_);
     Instrument& target = EnsureInstrument(instrument);
+    applied_.songParts |= target.GetSample(sample) != nullptr;
     target.SetSample(sample, std::move(object), 1);
     target.numSamples = std::max(target.numSamples, sample + 1);
-    applied_.songParts = true;
 }
 
 Instrument& TrackerState::EnsureInstrument(int slot) {

@@ -77,7 +77,7 @@ void DiskOpScreen::ReadList() {
     pressedRow_ = markedRow_ = -1;
     m_szListDir = directories_.Of(m_nFileKind);
     if (list_.Read(m_szListDir, m_nFileKind, m_bShowAll) || m_nFileKind == FileKind::Skin) return;
-    Ui().Tell(m_szListDir + " cannot be read");
+    if (!State().m_bDialogOpen) Ui().Tell(m_szListDir + " cannot be read");   // an earlier message stays
     const std::string parent = fs::path(m_szListDir).parent_path().string();
     m_szListDir = list_.Read(parent, m_nFileKind, m_bShowAll) ? parent : "/";
     if (m_szListDir == "/") list_.Read(m_szListDir, m_nFileKind, m_bShowAll);

@@ -121,6 +121,8 @@ TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
         rig.Work();
         ASSERT_EQ(rig.directory.List(), (std::set<std::string>{file}));
         EXPECT_EQ(rig.state.m_szSongName, file);
+        EXPECT_EQ(rig.state.m_bDialogOpen, format == kSaveXm) << rig.ui.QuestionText();   // which tells what it loses
+        rig.ui.CloseQuestion();
 
         rig.state.NewSong();
         rig.Frame();
@@ -130,6 +132,7 @@ TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
         EXPECT_EQ(rig.At(0, 0).note, kNoNote);   // the old song goes on until then
         rig.Work();
         EXPECT_EQ(rig.At(0, 0), expected->GetPattern(0)->Read(0, 0)) << suffix;
+        ASSERT_NE(rig.state.CurrentSong().GetInstrument(0), nullptr);
         EXPECT_EQ(rig.state.CurrentSong().GetInstrument(0)->GetSample(0)->Count(), 256u);
     }
 }

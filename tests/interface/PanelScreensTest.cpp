@@ -177,7 +177,7 @@ TEST(ScrolledText, BreaksLinesAtBlanksAndCountsCharactersNotBytes) {
         {"one\n\ntwo", {"one", "", "two"}},
         {"one two three", {"one two", "three"}},
         {"unbreakable", {"unbreaka", "ble"}},
-        {"a\tb", {"a       ", "b"}},
+        {"a\tb", {"a      ", "b"}},
         {"\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC", {"\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC\xC3\xBC"}},
     };
     for (const auto& [text, lines] : cases) EXPECT_EQ(BreakLines(text, 8), lines) << text;
