@@ -93,13 +93,6 @@ struct DiskRig : InterfaceRig {
             if (Disk().Rows().At(row).name == name) return Click(230, 7 + 14 * row + 5, right), true;
         return false;
     }
-    // The end of the application's frame.
-    void Work() {
-        if (state.m_bSaveRequested) Disk().SaveNow();
-        else if (state.m_bLoadRequested) Disk().LoadNow();
-        state.m_bSaveRequested = state.m_bLoadRequested = false;
-        Frame();
-    }
 };
 
 std::unique_ptr<Song> SmallSong() {
@@ -117,8 +110,6 @@ TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
         rig.PressInSaveQuestion(format);
         rig.PressInSaveQuestion(kSaveOther);     // not offered: nothing changes
         rig.PressInSaveQuestion(kSaveGo);
-        EXPECT_TRUE(rig.state.m_bSaveRequested);
-        rig.Work();
         ASSERT_EQ(rig.directory.List(), (std::set<std::string>{file}));
         EXPECT_EQ(rig.state.m_szSongName, file);
         EXPECT_EQ(rig.state.m_bDialogOpen, format == kSaveXm) << rig.ui.QuestionText();   // which tells what it loses
@@ -128,9 +119,8 @@ TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
         rig.Frame();
         ASSERT_EQ(rig.At(0, 0).note, kNoNote);
         ASSERT_TRUE(rig.ClickFile(file));
-        EXPECT_TRUE(rig.state.m_bLoadRequested);
-        EXPECT_EQ(rig.At(0, 0).note, kNoNote);   // the old song goes on until then
-        rig.Work();
+        EXPECT_EQ(rig.At(0, 0).note, kNoNote);   // the old song goes on until the next frame
+        rig.Frame();
         EXPECT_EQ(rig.At(0, 0), expected->GetPattern(0)->Read(0, 0)) << suffix;
         ASSERT_NE(rig.state.CurrentSong().GetInstrument(0), nullptr);
         EXPECT_EQ(rig.state.CurrentSong().GetInstrument(0)->GetSample(0)->Count(), 256u);
@@ -143,10 +133,10 @@ TEST(DiskOp, InstrumentsAndSamplesGoOutAndComeBack) {
         rig.Press(kDiskKind + static_cast<int>(kind));
         rig.Disk().GoTo(rig.directory.Path());
         rig.Press(kDiskSave);
-        rig.Work();
+        rig.Frame();
         rig.state.SelectItem(kListInstruments, 5);
         ASSERT_TRUE(rig.ClickFile(file));
-        rig.Work();
+        rig.Frame();
         const Instrument* loaded = rig.state.CurrentSong().GetInstrument(4);
         ASSERT_NE(loaded, nullptr) << file;
         EXPECT_EQ(loaded->GetSample(0)->Count(), 256u) << file;
@@ -161,11 +151,10 @@ TEST(DiskOp, AsksBeforeItReplacesAFile) {
     save();
     EXPECT_EQ(rig.ui.QuestionText(), "Overwrite file??");
     rig.Answer(kDialogNo);
-    EXPECT_FALSE(rig.state.m_bSaveRequested || rig.state.m_bDialogOpen);
+    EXPECT_FALSE(rig.state.m_bDialogOpen);
+    EXPECT_EQ(rig.directory.Text("noname.vtm"), "precious");
     save();
     rig.Answer(kDialogYes);
-    EXPECT_TRUE(rig.state.m_bSaveRequested);
-    rig.Work();
     EXPECT_GT(rig.directory.Bytes("noname.vtm").size(), 1000u);
 }
 
@@ -173,7 +162,7 @@ TEST(DiskOp, TellsInWordsWhatFailed) {
     DiskRig rig(SmallSong());
     for (const char* name : {"broken.vtm", "broken.sf2", "broken.vts", "odd.pdf"}) {
         rig.Disk().LoadDropped(rig.directory.Write(name, "Vonta"));
-        rig.Work();
+        rig.Frame();
         EXPECT_NE(rig.ui.QuestionText().find(std::string(name) + " was not loaded"), std::string::npos)
             << rig.ui.QuestionText();
         rig.ui.CloseQuestion();
@@ -185,7 +174,7 @@ TEST(DiskOp, TellsInWordsWhatFailed) {
     rig.Disk().GoTo(rig.directory.Path());
     rig.Frame();
     ASSERT_TRUE(rig.ClickFile("effect.so"));
-    rig.Work();
+    rig.Frame();
     EXPECT_NE(rig.ui.QuestionText().find("effect.so was not loaded"), std::string::npos);
     rig.ui.CloseQuestion();
 
@@ -195,7 +184,7 @@ TEST(DiskOp, TellsInWordsWhatFailed) {
     rig.Frame();
     fs::remove_all(rig.directory.Path());
     rig.Disk().SaveSong();
-    rig.Work();
+    rig.Frame();
     EXPECT_NE(rig.ui.QuestionText().find("song.vtm was not saved"), std::string::npos) << rig.ui.QuestionText();
 }
 
@@ -234,7 +223,7 @@ TEST(DiskOp, AClickPastTheListsEndOrLetGoElsewhereDoesNothing) {
     rig.MouseTo(230, 7 + 14 + 5, true);
     rig.MouseTo(230, 7 + 28 + 5, true);
     rig.MouseTo(230, 7 + 28 + 5);
-    EXPECT_FALSE(rig.state.m_bLoadRequested || rig.state.m_bDialogOpen);
+    EXPECT_FALSE(rig.state.m_bDialogOpen);      // which would tell that there is no song in them
     ASSERT_TRUE(rig.ClickFile("b.xm", true));    // marks it, for the buttons
     rig.Press(kDiskDelete);
     rig.Answer(kDialogYes);
