@@ -6,6 +6,7 @@
 namespace vonta {
 
 constexpr int kListRowHeight = 15;
+constexpr int kNameMargin = 4;                   // of the lists of names: what the mouse and the text leave at the left
 constexpr int kItemRows = 8, kSampleRows = 5;
 
 enum MainControl : int {
@@ -19,9 +20,9 @@ enum MainControl : int {
 
 inline constexpr LayoutItem kMainPanelItems[] = {
     {Look::List, kMainSources, 519, 4, 27, 119},
-    {Look::List, kMainItems, 550, 4, 171, 119},
+    {Look::List, kMainItems, 546, 4, 175, 119},
     {Look::List, kMainSampleSources, 519, 130, 27, 74},
-    {Look::List, kMainSamples, 550, 130, 166, 74},
+    {Look::List, kMainSamples, 546, 130, 170, 74},
     ButtonAt(Look::SmallButton2, kMainMute + 0, 731, 5, 1, "m"),
     ButtonAt(Look::SmallButton2, kMainMute + 1, 731, 20, 1, "m"),
     ButtonAt(Look::SmallButton2, kMainMute + 2, 731, 35, 1, "m"),

@@ -56,7 +56,7 @@ inline constexpr LayoutItem kSaveItems[] = {
     FieldAt(kSaveRate, 180, 120, 6),
     ButtonAt(Look::SmallButton, kSaveRateDown, 237, 120, 1, "-"),
     ButtonAt(Look::SmallButton, kSaveRateUp, 255, 120, 1, "+"),
-    ButtonAt(Look::SmallButton, kSaveByParts, 290, 100, 3, "Parts"),
+    ButtonAt(Look::SmallButton, kSaveByParts, 290, 100, 3),
     LabelAt(328, 100, "one file for each part"),
 
     TitleAt(9, 160, "For other trackers"),

@@ -152,7 +152,7 @@ void ConfigScreen::PaintControls() {
     }
     PrintField(kConfigDevice, DeviceText());
     PrintField(kConfigRate, Formatted("%u Hz", Player().GetMixer().sampleRate));
-    PrintField(kConfigSkin, Settings().skin);
+    PrintField(kConfigSkin, Settings().skin.empty() ? kDefaultSkinName : Settings().skin);
     PrintField(kConfigDirectory, Ui().Host().GetStartDir());
 }
 

@@ -229,6 +229,13 @@ void DiskOpScreen::MatchLowerScreen() {
     else if (m_nFileKind == FileKind::Effect && Ui().IsVisible(kScreenSynth)) Ui().ShowScreen(kScreenMultiFx);
 }
 
+void DiskOpScreen::Toggle() {
+    Ui().ToggleScreen(kScreenDiskOp);
+    if (!IsVisible()) return;
+    m_bDirty = true;                             // files come and go meanwhile
+    MatchLowerScreen();
+}
+
 void DiskOpScreen::ShowKind(FileKind kind) {
     SetKind(kind);
     Ui().ShowOnly(kScreenDiskOp);
@@ -238,7 +245,7 @@ void DiskOpScreen::OnKind(ControlRecord& record) {
     SetKind(static_cast<FileKind>(std::clamp(record.param, 0, kFileKinds - 1)));
 }
 
-void DiskOpScreen::OnExit(ControlRecord&) { Ui().ToggleScreen(kScreenDiskOp); }
+void DiskOpScreen::OnExit(ControlRecord&) { Toggle(); }
 
 void DiskOpScreen::OnLoad(ControlRecord&) {
     if (markedRow_ >= 0) RequestLoad(m_nFileKind, PathOf(list_.At(markedRow_).name));

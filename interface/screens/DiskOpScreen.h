@@ -20,6 +20,7 @@ public:
     void PaintControls() override;
     bool OnWheel(int notches) override;
 
+    void Toggle();                               // what the option panel's and its own button do
     void ShowKind(FileKind kind);                // and the screen, if it is hidden
     void GoTo(const std::string& directory);     // of the kind on show
     FileKind Kind() const { return m_nFileKind; }

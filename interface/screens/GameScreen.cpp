@@ -14,6 +14,8 @@ constexpr ControlRow<GameScreen> kRows[] = {
     {kGameExit, Press<&GameScreen::OnExit>},
 };
 
+constexpr const char* kNothingLoaded = "No game plug-in is loaded.";
+
 }  // namespace
 
 void GameScreen::PaintBackground() { PaintLayout(kGameLayout); }
@@ -21,7 +23,9 @@ void GameScreen::PaintBackground() { PaintLayout(kGameLayout); }
 void GameScreen::PaintControls() {
     if (!HasPainted()) return;
     const LayoutItem& picture = ItemOf(kGameLayout, kGamePicture);
-    Text().m_fontStd.Print(picture.x + 16, picture.y + picture.height / 2 - 8, "No game plug-in is loaded.");
+    const Font& font = Text().m_fontStd;
+    font.Print(picture.x + (picture.width - font.WidthOf(kNothingLoaded)) / 2, picture.y + (picture.height - Font::kHeight) / 2,
+               kNothingLoaded);
     DeclareButtons(this, kGameLayout, kRows);
     const LayoutItem& play = ItemOf(kGameLayout, kGamePlay);
     Text().m_fontSmall.Print(play.x + (play.width - 4 * Text().m_fontSmall.Advance()) / 2, play.y + 2, "Play");

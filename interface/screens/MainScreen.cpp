@@ -92,7 +92,7 @@ void MainScreen::PaintItems() {
     ControlRecord record;
     record.events = kOnLeftPress | kOnLeftHeld | kOnRightPress;
     record.useTicks = false;                     // the colour follows the mouse
-    Regions().AddRegion(items.x, items.y, items.x + items.width - 1, items.y + items.height - 1,
+    Regions().AddRegion(items.x + kNameMargin, items.y, items.x + items.width - 1, items.y + items.height - 1,
                         Bind<&MainScreen::OnItem>(this), {}, record);
     const LayoutItem& sources = Item(kMainSources);
     record.events = kOnLeftPress;
@@ -109,7 +109,7 @@ void MainScreen::PaintItem(int row) {
     const LayoutItem& items = Item(kMainItems);
     const int y = items.y + row * kListRowHeight - kInkAboveCentre;
     Text().m_fontStd.Print(Item(kMainSources).x + kNumberX, y, Formatted("%02X", item));
-    PrintName(items.x, y, items.width, NameOfItem(State(), list, item),
+    PrintName(items, y, NameOfItem(State(), list, item),
               list == kListInstruments ? ColourOf(item) : Pictures().Colours().m_colText);
 }
 
@@ -131,11 +131,11 @@ void MainScreen::PaintSamples() {
         if (sample == State().frame.m_nSourceSample) PaintMark(kMainSampleSources, row);
         Text().m_fontStd.Print(sources.x + kNumberX, y, Formatted("%02X", sample));
         const Sample* object = instrument ? instrument->GetSample(sample) : nullptr;
-        if (object) PrintName(samples.x, y, samples.width, object->name, Pictures().Colours().m_colText);
+        if (object) PrintName(samples, y, object->name, Pictures().Colours().m_colText);
     }
     ControlRecord record;
     record.events = kOnLeftPress | kOnRightPress;
-    Regions().AddRegion(samples.x, samples.y, samples.x + samples.width - 1, samples.y + samples.height - 1,
+    Regions().AddRegion(samples.x + kNameMargin, samples.y, samples.x + samples.width - 1, samples.y + samples.height - 1,
                         Bind<&MainScreen::OnSample>(this), {}, record);
     record.events = kOnLeftPress;
     Regions().AddRegion(sources.x, sources.y, sources.x + sources.width - 1, sources.y + sources.height - 1,
@@ -156,10 +156,11 @@ void MainScreen::PaintMark(int list, int row) {
 }
 
 // A longer name in the narrower letters.
-void MainScreen::PrintName(int x, int y, int width, const std::string& name, std::uint32_t colour) {
+void MainScreen::PrintName(const LayoutItem& recess, int y, const std::string& name, std::uint32_t colour) {
+    const int width = recess.width - kNameMargin;
     const Font& wide = Text().m_fontStd;
-    const Font& font = wide.WidthOf(name) <= width - 4 ? wide : Text().m_fontSmall;
-    font.PrintClipped(x + 2, y, (width - 3) / font.Advance(), name, colour);
+    const Font& font = wide.WidthOf(name) <= width ? wide : Text().m_fontSmall;
+    font.PrintClipped(recess.x + kNameMargin, y, width / std::max(font.Advance(), 1), name, colour);
 }
 
 void MainScreen::OnItem(ControlRecord& record) {

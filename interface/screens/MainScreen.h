@@ -42,7 +42,7 @@ private:
     void PaintItem(int row);
     void PaintSamples();
     void PaintMark(int list, int row);           // of a selected row
-    void PrintName(int x, int y, int width, const std::string& name, std::uint32_t colour);
+    void PrintName(const LayoutItem& recess, int y, const std::string& name, std::uint32_t colour);
     std::uint32_t ColourOf(int item) const;      // packed; of the name
 
     void OnItem(ControlRecord& record);

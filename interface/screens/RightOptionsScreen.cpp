@@ -2,6 +2,7 @@
 
 #include "interface/TrackerInterface.h"
 #include "interface/layout/OptionsLayouts.h"
+#include "interface/screens/DiskOpScreen.h"
 
 namespace vonta {
 namespace {
@@ -16,7 +17,7 @@ constexpr ControlRow<Self> kRows[] = {
     {kRightStop, Press<&Self::OnStop>},
     {kRightRecordSong, Press<&Self::OnRecord>, kPlaySong},
     {kRightRecordPattern, Press<&Self::OnRecord>, kPlayPattern},
-    {kRightDiskOp, Press<&Self::OnScreen>, kScreenDiskOp, kOnRelease, &Self::IsShown},
+    {kRightDiskOp, Press<&Self::OnDiskOp>, kScreenDiskOp, kOnRelease, &Self::IsShown},
     {kRightInstrumentEditor, Press<&Self::OnScreen>, kScreenInstrumentEditor, kOnRelease, &Self::IsShown},
     {kRightSampleEditor, Press<&Self::OnScreen>, kScreenSampleEditor, kOnRelease, &Self::IsShown},
     {kRightSynth, Press<&Self::OnScreen>, kScreenSynth, kOnRelease, &Self::IsShown},
@@ -38,6 +39,7 @@ void RightOptionsScreen::OnPlay(ControlRecord& record) { State().Play(static_cas
 void RightOptionsScreen::OnRecord(ControlRecord& record) { State().Play(static_cast<std::uint8_t>(record.param), true); }
 void RightOptionsScreen::OnStop(ControlRecord&) { State().StopSong(); }
 void RightOptionsScreen::OnScreen(ControlRecord& record) { Ui().ToggleScreen(record.param); }
+void RightOptionsScreen::OnDiskOp(ControlRecord&) { Ui().DiskOp().Toggle(); }
 void RightOptionsScreen::OnExit(ControlRecord&) { Ui().AskToQuit(); }
 bool RightOptionsScreen::IsShown(std::int32_t slot) const { return Ui().IsVisible(slot); }
 

@@ -15,6 +15,7 @@ public:
     void OnRecord(ControlRecord& record);
     void OnStop(ControlRecord& record);
     void OnScreen(ControlRecord& record);
+    void OnDiskOp(ControlRecord& record);
     void OnExit(ControlRecord& record);
     bool IsShown(std::int32_t slot) const;
 };

@@ -12,6 +12,8 @@ constexpr ControlRow<VisualScreen> kRows[] = {
     {kVisualExit, Press<&VisualScreen::OnExit>},
 };
 
+constexpr const char* kNothingLoaded = "No visual plug-in is loaded.";
+
 }  // namespace
 
 void VisualScreen::PaintBackground() { PaintLayout(kVisualLayout); }
@@ -19,7 +21,9 @@ void VisualScreen::PaintBackground() { PaintLayout(kVisualLayout); }
 void VisualScreen::PaintControls() {
     if (!HasPainted()) return;
     const LayoutItem& picture = ItemOf(kVisualLayout, kVisualPicture);
-    Text().m_fontStd.Print(picture.x + 16, picture.y + picture.height / 2 - 8, "No visual plug-in is loaded.");
+    const Font& font = Text().m_fontStd;
+    font.Print(picture.x + (picture.width - font.WidthOf(kNothingLoaded)) / 2, picture.y + (picture.height - Font::kHeight) / 2,
+               kNothingLoaded);
     DeclareButtons(this, kVisualLayout, kRows);
 }
 
