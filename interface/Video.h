@@ -96,6 +96,7 @@ public:
 
     std::uint32_t PackColour(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;
     std::uint32_t PackVisible(std::uint8_t red, std::uint8_t green, std::uint8_t blue) const;   // never 0 but for black
+    std::uint32_t Dimmed(std::uint32_t colour, int sixteenths) const;   // so much of a packed colour's light; never 0
     std::uint32_t PackRgb(std::uint32_t rgb) const;   // 0x00RRGGBB
 
     // Direct drawing on the back surface as it was locked; nothing with address null. Lines have a black shadow one

@@ -33,6 +33,14 @@ std::uint32_t Video::PackVisible(std::uint8_t red, std::uint8_t green, std::uint
     return 1u << format_.red.shift | 1u << format_.green.shift | 1u << format_.blue.shift;
 }
 
+std::uint32_t Video::Dimmed(std::uint32_t colour, int sixteenths) const {
+    const auto part = [&](const PixelFormat::Channel& channel) {
+        const std::uint32_t value = colour >> channel.shift & ((1u << channel.bits) - 1);
+        return std::max(value * static_cast<std::uint32_t>(sixteenths) / 16, 1u) << channel.shift;
+    };
+    return part(format_.red) | part(format_.green) | part(format_.blue);
+}
+
 std::uint32_t Video::PackRgb(std::uint32_t rgb) const {
     return PackColour(static_cast<std::uint8_t>(rgb >> 16), static_cast<std::uint8_t>(rgb >> 8),
                       static_cast<std::uint8_t>(rgb));

@@ -16,13 +16,14 @@ namespace {
 using namespace vonta;
 
 constexpr int kSoundMs = 2600;                   // that a playing scene has played
+constexpr int kPosition = 5;                     // of the demo song, where most tracks play
 constexpr int kPerRow = 2, kPerSheet = 6, kGap = 8;
 constexpr skin::Colour kPaper = 0x808080;
 
 void OpenSlot(InterfaceRig& rig, int slot) { rig.ui.ShowScreen(slot); }
 
 void Play(InterfaceRig& rig, int milliseconds) {
-    rig.player.Play(0);
+    rig.player.Play(kPlayFromHere);
     for (int at = 0; at < milliseconds; at += InterfaceRig::kFrameMs) {
         rig.Sound(InterfaceRig::kFrameMs);
         rig.Frame();
@@ -51,13 +52,12 @@ void Record(InterfaceRig& rig) {
 }
 
 // A directory with something of each kind, for the list of files.
-void FillDirectory(const TempDirectory& directory) {
+void FillDirectory(InterfaceRig& rig) {
     for (const std::string name : {"Ambient", "Drums", "Voices"})
-        std::filesystem::create_directory(directory.Path() / name);
+        std::filesystem::create_directory(rig.directory.Path() / name);
     for (const std::string name :
          {"evening train.vtm", "first light.xm", "harbour.vtm", "kitchen radio.mod", "night bus.vtm"})
-        std::ofstream(directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
-    std::filesystem::current_path(directory.Path());
+        std::ofstream(rig.directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
 }
 
 struct Scene {
@@ -74,7 +74,7 @@ constexpr Scene kScenes[] = {
     {"channels-16", [](InterfaceRig& rig) { ShowChannels(rig, 16); }},
     {"channels-24", [](InterfaceRig& rig) { ShowChannels(rig, 24); }},
     {"channels-32", [](InterfaceRig& rig) { ShowChannels(rig, 32); }},
-    {"disk-op", [](InterfaceRig& rig) { OpenSlot(rig, kScreenDiskOp); }},
+    {"disk-op", [](InterfaceRig& rig) { FillDirectory(rig); OpenSlot(rig, kScreenDiskOp); }},
     {"advanced-edit", [](InterfaceRig& rig) { OpenSlot(rig, kScreenAdvancedEdit); }},
     {"config", [](InterfaceRig& rig) { OpenSlot(rig, kScreenConfig); }},
     {"help", [](InterfaceRig& rig) { OpenSlot(rig, kScreenHelp); }},
@@ -109,6 +109,8 @@ ResourcePacks OpenPacks(const std::string& data) {
 skin::Canvas Photograph(const std::string& data, const Scene& scene) {
     InterfaceRig rig(ComposeDemoSong(), OpenPacks(data));
     rig.Frame();
+    rig.state.ChangePosition(kPosition);
+    rig.Frame();
     scene.set(rig);
     rig.Frame();
     rig.Frame();
@@ -123,8 +125,6 @@ void PutOnSheet(skin::Canvas& sheet, const skin::Canvas& picture, int place) {
 }
 
 void Develop(const std::string& data, const std::string& out) {
-    const TempDirectory directory;
-    FillDirectory(directory);
     const int rows = kPerSheet / kPerRow;
     int place = 0, number = 0;
     skin::Canvas sheet(kGap + kPerRow * (kPictureWidth + kGap), kGap + rows * (kPictureHeight + kGap), kPaper);

@@ -64,14 +64,16 @@ constexpr LayoutItem ButtonAt(Look look, int id, int x, int y, int units, std::s
     return {look, id, x, y, ButtonWidth(look, units), ButtonHeight(look), caption};
 }
 
-// Pixels from character to character. A caption is centred in its button, in the small glyphs or, where these do not
-// fit, in the tiny ones; labels are drawn in the small ones, titles in the large ones.
-constexpr int kTitleAdvance = 8, kCaptionAdvance = 7, kTinyAdvance = 4;
+// Pixels from character to character. A caption is centred in its button, in the small glyphs; where these do not fit,
+// they stand closer, and where that does not help the tiny ones are taken. Labels are drawn in the small ones, titles in
+// the large ones.
+constexpr int kTitleAdvance = 8, kCaptionAdvance = 7, kTightAdvance = 6, kTinyAdvance = 4;
 constexpr int kTextHeight = 16;
 
 constexpr int CaptionWidth(std::string_view caption, int advance) { return static_cast<int>(caption.size()) * advance; }
 constexpr int AdvanceIn(const LayoutItem& item) {
-    return CaptionWidth(item.caption, kCaptionAdvance) <= item.width - 4 ? kCaptionAdvance : kTinyAdvance;
+    if (CaptionWidth(item.caption, kCaptionAdvance) <= item.width - 4) return kCaptionAdvance;
+    return CaptionWidth(item.caption, kTightAdvance) <= item.width - 2 ? kTightAdvance : kTinyAdvance;   // one is blank
 }
 
 constexpr int kNoControl = -1;                   // the id of what cannot be pressed

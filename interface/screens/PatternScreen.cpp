@@ -20,18 +20,25 @@ constexpr int kCursorInside = 5;                 // pixels from a track's line t
 constexpr int kCursorHeight = 255;               // as much of it as there is
 constexpr int kScrollKnob = 400;                 // pixels
 constexpr int kRowNumberDigits = 2;
+// Sixteenths of a colour's light: of what stands for nothing, and of the selection's ground.
+constexpr int kEmptyLight = 8, kRowLight = 3, kBeatLight = 4, kCursorLight = 6;
+constexpr int kFullLight = 16, kInstrumentLight = 11;   // of a field: the note stands before its instrument
 
 int RowY(int viewRow) { return kViewTop + viewRow * kRowHeight; }
 
 struct CellField {
     ViewField PatternView::* field;
     int length;                                  // characters
+    int light = kFullLight;
 };
 // In the order of CellText.
 constexpr CellField kFields[] = {{&PatternView::note, kNoteLength},
-                                 {&PatternView::instrument, kInstrumentLength},
+                                 {&PatternView::instrument, kInstrumentLength, kInstrumentLight},
                                  {&PatternView::volume, kVolumeLength},
                                  {&PatternView::effect, kEffectLength}};
+
+// Nothing is written there: dots, or the effect that does nothing. It stays in the background.
+bool IsEmpty(std::string_view field) { return field.starts_with('$') || field == "000"; }
 
 const LayoutItem& Item(int id) { return ItemOf(kPatternScrollLayout, id); }
 
@@ -50,6 +57,7 @@ int PatternScreen::ShownTracks() const {
 void PatternScreen::PaintBackground() {
     PaintLayout(kPatternLayout);
     PaintRowGrounds();
+    PaintSelection();
     PaintTrackLines();
     PaintCursor();
     if (HasScrollbar())
@@ -65,6 +73,27 @@ void PatternScreen::PaintRowGrounds() {
         Surfaces().BlitToBack(0, RowY(i), Pictures().LoadSkinBitmap(picture));
     }
     Surfaces().BlitToBack(0, RowY(kRowsAboveCursor), Pictures().LoadSkinBitmap(kPictureCursorRow));
+}
+
+// A ground and an edge, which can be seen whatever the colours of the cells are.
+void PatternScreen::PaintSelection() {
+    const Selection& block = Values().selection;
+    if (!block.m_bSelection) return;
+    const int first = Values().m_nFirstChannel, top = State().m_nCursorRow - kRowsAboveCursor;
+    const int left = std::max(block.Left() - first, 0);
+    const int right = std::min(block.Left() + block.Width() - first, ShownTracks());
+    const int upper = std::max(block.Top() - top, 1), lower = std::min(block.Top() + block.Height() - top, Rows());
+    if (left >= right || upper >= lower) return;
+    const int x = View().TrackX(left) + 2, width = View().TrackX(right) - x, y = RowY(upper);
+    const std::uint32_t colour = Pictures().Colours().m_colSelection;
+    for (int i = upper; i < lower; ++i) {
+        const int light = i == kRowsAboveCursor ? kCursorLight : (top + i) % kBeat == 0 ? kBeatLight : kRowLight;
+        Surfaces().FillBack({x, RowY(i), width, kRowHeight}, Surfaces().Dimmed(colour, light));
+    }
+    const int height = RowY(lower) - y;
+    for (const Rect& edge : {Rect{x, y, width, 1}, Rect{x, y + height - 1, width, 1}, Rect{x, y, 1, height},
+                             Rect{x + width - 1, y, 1, height}})
+        Surfaces().FillBack(edge, colour);
 }
 
 void PatternScreen::PaintTrackLines() {
@@ -121,8 +150,10 @@ void PatternScreen::PaintCell(int row, int track, int y, std::uint32_t plain) {
         const ViewField& field = View().*part.field;
         if (!field.font) continue;
         const auto length = static_cast<std::size_t>(part.length);
-        (Text().*field.font).PrintColoured(View().firstCell + track * View().width + field.x, y - kTextAboveRow, colour,
-                                           left.substr(0, length));
+        const std::string_view written = left.substr(0, length);
+        (Text().*field.font).PrintColoured(View().firstCell + track * View().width + field.x, y - kTextAboveRow,
+                                           Surfaces().Dimmed(colour, IsEmpty(written) ? kEmptyLight : part.light),
+                                           written);
         left.remove_prefix(length);
     }
 }
@@ -139,19 +170,6 @@ void PatternScreen::TakeInstrumentColours() {
         const Instrument* instrument = shown ? CurrentSong().GetInstrument(i) : nullptr;
         colours_[static_cast<std::size_t>(i)] = instrument ? Surfaces().PackRgb(Load(instrument->color)) : 0;
     }
-}
-
-// The edge of the selection, which can be seen whatever the colours of its cells are.
-void PatternScreen::PaintPixels() {
-    const Selection& block = Values().selection;
-    if (!block.m_bSelection) return;
-    const int first = Values().m_nFirstChannel, top = State().m_nCursorRow - kRowsAboveCursor;
-    const int left = std::max(block.Left() - first, 0), right = std::min(block.Left() + block.Width() - first, ShownTracks());
-    const int upper = std::max(block.Top() - top, 1), lower = std::min(block.Top() + block.Height() - top, Rows());
-    if (left >= right || upper >= lower) return;
-    const int x0 = View().TrackX(left) + 2, x1 = View().TrackX(right) - 1, y0 = RowY(upper) - 1, y1 = RowY(lower) - 1;
-    const std::pair<int, int> edge[] = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
-    Surfaces().DrawPolyline(edge, static_cast<int>(std::size(edge)), Pictures().Colours().m_colSelection);
 }
 
 void PatternScreen::DeclareScrollbar() {

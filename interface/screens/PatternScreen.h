@@ -15,7 +15,6 @@ public:
     using Screen::Screen;
     void PaintBackground() override;
     void PaintControls() override;
-    void PaintPixels() override;
 
     void OnSelect(ControlRecord& record);
     void OnSelectOutside(ControlRecord& record);
@@ -32,6 +31,7 @@ private:
     bool IsRow(int row) const;                   // of the pattern
 
     void PaintRowGrounds();
+    void PaintSelection();
     void PaintTrackLines();
     void PaintCursor();
     void PaintHeader();

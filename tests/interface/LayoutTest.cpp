@@ -48,7 +48,7 @@ TEST(Layout, CaptionsFitAndControlsAreNamedOnce) {
         for (const LayoutItem& item : screen->items) {
             EXPECT_TRUE(item.id == kNoControl || ids.insert(item.id).second) << NameOf(*screen, item);
             if (IsText(item)) continue;
-            EXPECT_LE(CaptionWidth(item.caption, AdvanceIn(item)), item.width - 4) << NameOf(*screen, item);
+            EXPECT_LE(CaptionWidth(item.caption, AdvanceIn(item)), item.width - 2) << NameOf(*screen, item);
         }
     }
 }

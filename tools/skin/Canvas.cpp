@@ -74,13 +74,13 @@ void Canvas::Frame(int x, int y, int width, int height, Colour topLeft, Colour b
     Fill(x, y, 1, height - 1, topLeft);
 }
 
-void Canvas::Text(const GlyphSet& font, int x, int y, std::string_view latin1, Colour colour) {
+void Canvas::Text(const GlyphSet& font, int x, int y, std::string_view latin1, Colour colour, int advance) {
     for (const char c : latin1) {
         const Glyph& glyph = font.glyphs[static_cast<unsigned char>(c)];
         for (int row = 0; row < kGlyphRows; ++row)
             for (int column = 0; column < font.width; ++column)
                 if (glyph.Pixel(column, row)) Pixel(x + column, y + row, colour);
-        x += font.advance;
+        x += advance ? advance : font.advance;
     }
 }
 

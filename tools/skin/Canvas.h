@@ -28,7 +28,7 @@ public:
     void Clear(int x, int y, int width, int height);         // to clear pixels
     void Gradient(int x, int y, int width, int height, Colour top, Colour bottom);
     void Frame(int x, int y, int width, int height, Colour topLeft, Colour bottomRight);   // one pixel wide
-    void Text(const GlyphSet& font, int x, int y, std::string_view latin1, Colour colour);
+    void Text(const GlyphSet& font, int x, int y, std::string_view latin1, Colour colour, int advance = 0);   // 0: the font's
     void Draw(const Canvas& other, int x, int y);            // its pixels that are not clear
     Colour At(int x, int y) const;
 

@@ -8,7 +8,8 @@ namespace vonta::skin {
 namespace {
 
 constexpr int kInkTop = 3, kInkBottom = 12;   // the rows of a cell in which capitals of Std stand
-constexpr int kSmallTop = 4, kMiniTop = 5;    // where those of the narrower faces begin
+constexpr int kSmallTop = 4, kMiniTop = 6;    // where those of the narrower faces begin
+constexpr int kSmallInk = 5;                  // the width of most letters of the small one
 
 // The corners of what is raised or sunk are left out, so that it looks rounded.
 void RoundCorners(Canvas& canvas, int x, int y, int width, int height, Colour around) {
@@ -159,13 +160,17 @@ void PaintPlate(Canvas& canvas, int x, int y, int width, int height, State state
 void PaintCaption(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state) {
     const Colour colour = state == State::Pressed ? kOnAmber : kCaption;
     if (const Sign* sign = SignOf(item.caption); sign && item.height >= 9) return PaintSign(canvas, *sign, item, colour);
-    const bool tiny = AdvanceIn(item) == kTinyAdvance || item.height < 12;
+    const int advance = item.height < ButtonHeight(Look::SmallButton2) ? kTinyAdvance : AdvanceIn(item);
+    const bool tiny = advance == kTinyAdvance;
     const GlyphSet& font = fonts[tiny ? kMini : kSmall];
     const int inkTop = tiny ? kMiniTop : kSmallTop, inkHeight = kInkBottom - inkTop;
-    const int x = item.x + (item.width - font.WidthOf(item.caption) + 1) / 2;
+    // The ink of a glyph begins a pixel inside its cell; the last cell's blank does not count.
+    const int width = CaptionWidth(item.caption, advance) - 1, blank = tiny ? 1 : (font.width - kSmallInk) / 2;
+    const int x = item.x + (item.width - width) / 2 - blank;
     const int y = item.y + (item.height - inkHeight + 1) / 2 - inkTop;
-    if (state == State::Normal && item.height >= kTextHeight) canvas.Text(font, x, y + 1, item.caption, kFaceDark);
-    canvas.Text(font, x, y, item.caption, colour);
+    if (state == State::Normal && item.height >= kTextHeight)
+        canvas.Text(font, x, y + 1, item.caption, kFaceDark, advance);
+    canvas.Text(font, x, y, item.caption, colour, advance);
 }
 
 void PaintItem(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state, int originX, int originY) {
