@@ -9,10 +9,10 @@ namespace {
 
 constexpr float kFullScale = 32768.0f;
 
-// What is quiet is shown up to four times as high as it is, so that a pad can be seen beside a drum.
+// What is quiet is shown up to ten times as high as it is, so that a pad can be seen beside a drum.
 float Shown(float value) {
     const float size = std::min(std::abs(value) / kFullScale, 1.0f);
-    return std::copysign(4 * size / (1 + 3 * size), value);
+    return std::copysign(10 * size / (1 + 9 * size), value);
 }
 
 }  // namespace

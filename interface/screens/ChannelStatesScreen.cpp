@@ -23,7 +23,8 @@ constexpr std::uint32_t kEvents = kOnLeftPress | kOnRightPress | kOnBothPress | 
 
 }  // namespace
 
-int ChannelStatesScreen::CellsOfRow() const { return std::max(State().SongChannels() / kCellRows, 1); }
+// An odd channel has its cell too.
+int ChannelStatesScreen::CellsOfRow() const { return (State().SongChannels() + kCellRows - 1) / kCellRows; }
 
 // The edges of the cells in 16.16 fixed point, so that they fill the row whatever their number.
 Rect ChannelStatesScreen::CellOf(int channel) const {
@@ -34,8 +35,7 @@ Rect ChannelStatesScreen::CellOf(int channel) const {
 
 template <class Paint>
 void ChannelStatesScreen::ForEachCell(Paint paint) const {
-    const int channels = std::min(kCellRows * CellsOfRow(), State().SongChannels());
-    for (int channel = 0; channel < channels; ++channel) paint(channel, CellOf(channel));
+    for (int channel = 0; channel < State().SongChannels(); ++channel) paint(channel, CellOf(channel));
 }
 
 void ChannelStatesScreen::PaintBackground() {
