@@ -51,6 +51,11 @@ std::string CurrentDirectory() {
     return failed ? "/" : directory.string();
 }
 
+bool IsWithin(const std::string& directory, const std::string& root) {
+    const fs::path relative = fs::path(directory).lexically_normal().lexically_relative(root);
+    return !relative.empty() && *relative.begin() != "..";
+}
+
 std::string HomeDirectory() {
     const char* home = std::getenv("HOME");
     return home && *home ? home : "/";
@@ -79,8 +84,8 @@ void DiskOpScreen::ReadList() {
     if (list_.Read(m_szListDir, m_nFileKind, m_bShowAll) || m_nFileKind == FileKind::Skin) return;
     if (!State().m_bDialogOpen) Ui().Tell(m_szListDir + " cannot be read");   // an earlier message stays
     const std::string parent = fs::path(m_szListDir).parent_path().string();
-    m_szListDir = list_.Read(parent, m_nFileKind, m_bShowAll) ? parent : "/";
-    if (m_szListDir == "/") list_.Read(m_szListDir, m_nFileKind, m_bShowAll);
+    m_szListDir = IsWithin(parent, root_) && list_.Read(parent, m_nFileKind, m_bShowAll) ? parent : root_;
+    if (m_szListDir == root_) list_.Read(root_, m_nFileKind, m_bShowAll);
     directories_.Keep(m_nFileKind, m_szListDir);
 }
 
@@ -203,12 +208,17 @@ void DiskOpScreen::OnName(ControlRecord&) {
 // The skins have but one directory.
 void DiskOpScreen::GoTo(const std::string& directory) {
     if (m_nFileKind == FileKind::Skin) return;
-    directories_.Keep(m_nFileKind, directory.empty() ? "/" : directory);
+    directories_.Keep(m_nFileKind, IsWithin(directory, root_) ? directory : root_);
     m_bDirty = true;
 }
 
+void DiskOpScreen::SetRoot(const std::string& directory) {
+    root_ = directory;
+    GoTo(directories_.Of(m_nFileKind));
+}
+
 void DiskOpScreen::OnUp(ControlRecord&) { GoTo(fs::path(m_szListDir).parent_path().string()); }
-void DiskOpScreen::OnRoot(ControlRecord&) { GoTo("/"); }
+void DiskOpScreen::OnRoot(ControlRecord&) { GoTo(root_); }
 void DiskOpScreen::OnHome(ControlRecord&) { GoTo(HomeDirectory()); }
 
 void DiskOpScreen::OnShowAll(ControlRecord&) {

@@ -22,7 +22,8 @@ public:
 
     void Toggle();                               // what the option panel's and its own button do
     void ShowKind(FileKind kind);                // and the screen, if it is hidden
-    void GoTo(const std::string& directory);     // of the kind on show
+    void GoTo(const std::string& directory);     // of the kind on show; the root if it lies outside
+    void SetRoot(const std::string& directory);  // what "/" stands for: the user does not get above it
     FileKind Kind() const { return m_nFileKind; }
     const std::string& Directory() const { return m_szListDir; }
     const DiskList& Rows() const { return list_; }
@@ -100,6 +101,7 @@ private:
     std::string ReadSkin();
 
     FileKind m_nFileKind = FileKind::Song;
+    std::string root_ = "/";
     DirectoryMemory directories_;
     DiskList list_;
     std::string m_szListDir;                     // on show

@@ -197,9 +197,11 @@ TEST(DiskOp, EachKindRemembersItsDirectory) {
     const std::string sub = rig.directory.File("sub");
     EXPECT_EQ(rig.Disk().Directory(), sub);
     rig.Press(kDiskKind + 2);
-    rig.Press(kDiskRoot);
-    rig.Frame();
-    EXPECT_EQ(rig.Disk().Directory(), "/");
+    for (const int button : {kDiskRoot, kDiskUp, kDiskHome}) {
+        rig.Press(button);
+        rig.Frame();
+        EXPECT_EQ(rig.Disk().Directory(), rig.directory.Path());   // which is the root here
+    }
     rig.Press(kDiskKind);
     rig.Frame();
     EXPECT_EQ(rig.Disk().Directory(), sub);

@@ -62,6 +62,7 @@ public:
         player.StartSound(nullptr, static_cast<int>(DeviceKind::NoSound), 0, nullptr, 44100, std::move(owned));
         player.SetMixerOn(true);
         ui.Start(true);
+        ui.DiskOp().SetRoot(directory.Path());   // whatever a test presses, it deletes nothing of its user's
         const MixerPause pause(player);
         player.SetSong(std::move(song));
     }
