@@ -5,7 +5,6 @@
 
 #include "formats/LoaderAKP.h"
 #include "tests/support/AkpBuilder.h"
-#include "tests/support/Damage.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempDirectory.h"
 #include "tests/support/WavBuilder.h"
@@ -163,22 +162,6 @@ TEST(LoaderAKP, AProgramThatNamesALargeWaveOftenStaysSmall) {
     EXPECT_GE(floats * sizeof(float), std::size_t{32} << 20);
     EXPECT_LE(floats * sizeof(float), std::size_t{41} << 20);
     EXPECT_FALSE(program.report.lines.empty());
-}
-
-TEST(LoaderAKP, DamageIsRefusedOrLoadsWhatIsThere) {
-    const TempDirectory directory;
-    directory.Write("tone.WAV", ToneWav().Text());
-    AkpBuilder builder;
-    builder.keygroups[0].zones.push_back({.lowVelocity = 64, .pan = -50, .playback = 2, .keyTracking = 0});
-    const auto check = [&](const FileBytes& bytes) {
-        MemoryStream stream(bytes, directory.File("x.akp"));
-        LoadReport report;
-        const auto instrument = LoaderAKP().Load(stream, report);
-        EXPECT_NE(instrument == nullptr, report.error.empty());
-        if (instrument) instrument->Validate();
-    };
-    TryPrefixes(builder.Build(), check);
-    TryFields(builder.Build(), check);
 }
 
 }  // namespace

@@ -143,18 +143,12 @@ Fields ReadBack(std::vector<std::uint8_t> bytes) {
     return fields;
 }
 
-TEST(Record, WrittenAndReadIsTheSame) {
+TEST(Record, FieldsThatTheFileLacksOrSpoilsKeepTheirDefaults) {
     const Fields fields{1, 93, -300, -2.5f, "a name", 9};
-    EXPECT_EQ(ReadBack(Written(fields)), fields);
-}
-
-TEST(Record, FieldsThatTheFileLacksKeepTheirDefaults) {
-    auto bytes = Written({1, 93, -300, -2.5f, "a name", 9});
+    auto bytes = Written(fields);
+    EXPECT_EQ(ReadBack(bytes), fields);
     bytes.resize(9);                                 // inside the gain
     EXPECT_EQ(ReadBack(bytes), (Fields{1, 93, -300, 1.0f, "default", 3}));
-}
-
-TEST(Record, AFloatThatIsNoNumberKeepsTheDefault) {
     for (const float bad : {std::nanf(""), std::numeric_limits<float>::infinity()})
         EXPECT_EQ(ReadBack(Written({1, 0, 5, bad, "x", 1})), (Fields{1, 0, 5, 1.0f, "x", 1}));
 }

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "formats/Loaders.h"
 #include "tests/support/TempDirectory.h"
 #include "tests/support/XmBuilder.h"

@@ -4,7 +4,6 @@
 
 #include <chrono>
 
-#include "tests/support/Damage.h"
 #include "tests/support/ModuleBytes.h"
 #include "tests/support/XmBuilder.h"
 
@@ -37,30 +36,6 @@ XmBuilder WithSamples(std::vector<XmSampleRecipe> samples) {
 
 Cell CellAt(const Loaded& loaded, int row, int track, int pattern = 0) {
     return loaded.song->GetPattern(pattern)->Read(row, track);
-}
-
-TEST(LoaderXM, HeaderFieldsBecomeTheSongs) {
-    XmBuilder xm = XmBuilder::Small();
-    xm.title = "exactly twenty chars";
-    xm.length = 3;
-    xm.restart = 2;
-    xm.tempo = 4;
-    xm.bpm = 140;
-    xm.channels = 1;
-    xm.order = std::vector<std::uint8_t>(256, 9);
-    xm.patterns = {{64, {}}};
-    const auto loaded = LoadXm(xm);
-    ASSERT_TRUE(loaded.song) << loaded.report.error;
-    const Song& song = *loaded.song;
-    EXPECT_EQ(song.title, "exactly twenty chars");
-    EXPECT_EQ(song.length, 3u);
-    EXPECT_EQ(song.restartPos, 2u);
-    EXPECT_EQ(song.tempo, 4u);
-    EXPECT_EQ(song.bpm, 140u);
-    EXPECT_EQ(song.numChannels, 1);
-    EXPECT_EQ(song.patternList[255], 9);
-    EXPECT_EQ(song.comments, "silent\rinstrument\r");
-    EXPECT_EQ(JoinLines(loaded.report), "");
 }
 
 TEST(LoaderXM, CellsAreConverted) {
@@ -154,39 +129,6 @@ TEST(LoaderXM, SamplesAreDecodedAndScaled) {
     EXPECT_EQ(instrument.GetSample(2)->Count(), 0u);
     EXPECT_EQ(instrument.GetSample(2)->volume, 6);
     EXPECT_EQ(instrument.GetSample(2)->data->loopType, VTSAMPLE_LOOP_NONE);
-}
-
-TEST(LoaderXM, EnvelopesFadeOutAndKeyMapAreTaken) {
-    XmBuilder xm = WithSamples({{.wave = {1}}, {.wave = {2}}});
-    XmInstrumentRecipe& from = xm.instruments[0];
-    from.keyMap[95] = 1;
-    from.volumePoints = {{0, 64}, {5, 10}, {9, 3}};
-    from.volumeType = 1 | 4;
-    from.volumeSustain = 1;
-    from.volumeLoopStart = 1;
-    from.volumeLoopEnd = 2;
-    from.panPoints = {{0, 1}, {7, 2}};
-    from.panType = 2;
-    from.panSustain = 1;
-    from.fadeOut = 0x123;
-    const auto loaded = LoadXm(xm);
-    ASSERT_TRUE(loaded.song) << loaded.report.error;
-    const Instrument& instrument = *loaded.song->GetInstrument(0);
-    const Envelope& volume = instrument.volumeEnvelopes[0];
-    EXPECT_EQ(volume.numPoints, 3);
-    EXPECT_EQ(volume.points[2], (EnvelopePoint{9, 3}));
-    EXPECT_TRUE(volume.enabled && volume.loopOn && !volume.sustainOn);
-    EXPECT_EQ(volume.sustainPoint, 1);
-    EXPECT_EQ(volume.loopStart, 1);
-    EXPECT_EQ(volume.loopEnd, 2);
-    const Envelope& pan = instrument.panEnvelopes[0];
-    EXPECT_EQ(pan.numPoints, 2);
-    EXPECT_EQ(pan.points[1], (EnvelopePoint{7, 2}));
-    EXPECT_TRUE(!pan.enabled && pan.sustainOn && !pan.loopOn);
-    EXPECT_EQ(instrument.fadeOut, 0x123);
-    EXPECT_EQ(instrument.GetKeySample(94, 0, 127), 0);
-    EXPECT_EQ(instrument.GetKeySample(95, 0, 0), 1);
-    EXPECT_EQ(instrument.GetKeySample(96, 0, 64), -1);
 }
 
 // What follows a record of odd size must be found all the same.
@@ -326,19 +268,6 @@ TEST(LoaderXM, ManyPatternsThatLieAboutTheirSizeCostLittleTime) {
     const auto start = std::chrono::steady_clock::now();
     EXPECT_EQ(LoadXm(xm).song->numPatterns, 256);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
-}
-
-TEST(LoaderXM, DamagedFilesAreRefusedOrToldAsShort) {
-    const auto whole = XmBuilder::Small().Build();
-    test::TryPrefixes(whole, [](const test::FileBytes& bytes) {
-        const auto loaded = LoadBytes(bytes);
-        EXPECT_NE(loaded.song == nullptr, loaded.report.error.empty()) << bytes.size();
-        EXPECT_TRUE(!loaded.song || !loaded.report.lines.empty()) << bytes.size();
-    });
-    test::TryFields(whole, [](const test::FileBytes& bytes) {
-        const auto loaded = LoadBytes(bytes);
-        EXPECT_NE(loaded.song == nullptr, loaded.report.error.empty());
-    });
 }
 
 }  // namespace

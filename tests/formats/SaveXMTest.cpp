@@ -158,30 +158,14 @@ TEST(SaveXM, SavedAndLoadedIsTheSameWhereTheFormatHasAPlace) {
     ASSERT_TRUE(loaded.song) << loaded.report.error;
     EXPECT_EQ(JoinLines(loaded.report), "");
     const Song& back = *loaded.song;
-    EXPECT_EQ(back.title, song->title);
-    EXPECT_EQ(back.patternList, song->patternList);
-    EXPECT_EQ(std::tuple(back.length, back.restartPos, back.tempo, back.bpm, back.numChannels),
-              std::tuple(3u, 2u, 7u, 99u, 5));
+    EXPECT_EQ(back.comments, "an instrument\r");
     for (int row = 0; row < 256; ++row)
         for (int track = 0; track < 5; ++track)
             EXPECT_EQ(back.GetPattern(0)->Read(row, track), song->GetPattern(0)->Read(row, track)) << row;
-    const Instrument &from = *song->GetInstrument(0), &to = *back.GetInstrument(0);
-    EXPECT_EQ(to.name, from.name);
-    EXPECT_EQ(to.volumeEnvelopes[0], from.volumeEnvelopes[0]);
-    EXPECT_EQ(to.panEnvelopes[0], from.panEnvelopes[0]);
-    EXPECT_EQ(to.fadeOut, 300);
-    EXPECT_TRUE(std::equal(from.keyZones.begin(), from.keyZones.begin() + 96, to.keyZones.begin()));
-    for (int i = 0; i < 2; ++i) {
-        const Sample &a = *from.GetSample(i), &b = *to.GetSample(i);
-        EXPECT_EQ(a.name, b.name);
-        EXPECT_EQ(std::tuple(a.toneRel, a.fineTune, a.volume, a.panning),
-                  std::tuple(b.toneRel, b.fineTune, b.volume, b.panning));
-        EXPECT_EQ(std::tuple(a.data->loopType, a.data->loopStart, a.data->loopEnd),
-                  std::tuple(b.data->loopType, b.data->loopStart, b.data->loopEnd));
-        ASSERT_EQ(a.Count(), b.Count());
-        EXPECT_TRUE(std::equal(a.Wave(), a.Wave() + a.Count(), b.Wave())) << i;
-    }
-    EXPECT_EQ(SaveBytes(*loaded.song, SaveMode::Xm).bytes, saved.bytes);
+    const Sample &from = *song->GetInstrument(0)->GetSample(0), &to = *back.GetInstrument(0)->GetSample(0);
+    ASSERT_EQ(from.Count(), to.Count());
+    EXPECT_TRUE(std::equal(from.Wave(), from.Wave() + from.Count(), to.Wave()));
+    EXPECT_EQ(SaveBytes(*loaded.song, SaveMode::Xm).bytes, saved.bytes);    // so all other fields came back
 }
 
 // 256 rows of 64 full cells need more bytes than the pattern's size can tell.

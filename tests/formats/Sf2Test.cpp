@@ -177,26 +177,6 @@ TEST(LoaderSF2, ABankWithOneInstrumentRecordHasNoSamples) {
     EXPECT_FALSE(loaded.report.lines.empty());
 }
 
-TEST(LoaderSF2, DamageIsRefusedOrLoadsWhatIsThere) {
-    const auto whole = Sf2Builder::Small().Build();
-    TryPrefixes(whole, [](const FileBytes& bytes) {
-        const LoadedBank loaded(bytes);
-        EXPECT_NE(loaded.instrument == nullptr, loaded.report.error.empty()) << bytes.size();
-        EXPECT_TRUE(!loaded.instrument || !loaded.report.lines.empty()) << bytes.size();
-    });
-    TryFields(whole, [](const FileBytes& bytes) {
-        const LoadedBank loaded(bytes);
-        ASSERT_NE(loaded.instrument == nullptr, loaded.report.error.empty());
-        if (!loaded.instrument) return;
-        loaded.instrument->Validate();
-        for (int i = 0; i < 2; ++i)
-            if (const Sample* sample = loaded.instrument->GetSample(i)) {
-                EXPECT_LE(sample->data->loopEnd, sample->Count());
-                EXPECT_LE(sample->Count(), 20u);
-            }
-    });
-}
-
 constexpr std::int64_t kMegabyte = 1 << 20;
 
 // A megabyte that asks for as much as it can: every sample the whole wave, or nothing but zones that fit no others.

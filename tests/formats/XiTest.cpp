@@ -58,18 +58,9 @@ TEST(LoaderXI, TheInstrumentOfAFile) {
     EXPECT_EQ(instrument->volumeEnvelopes[0].enabled + 2 * instrument->volumeEnvelopes[0].sustainOn, 3);
     EXPECT_EQ(instrument->volumeEnvelopes[0].points[1], (EnvelopePoint{10, 32}));
     EXPECT_EQ(instrument->panEnvelopes[0].loopOn, 1);
-    const Sample& eight = *instrument->GetSample(0);
-    EXPECT_EQ(eight.Wave()[1], 512.0f);
-    EXPECT_EQ(eight.toneRel, 12);
-    EXPECT_EQ(eight.fineTune, -16);
-    EXPECT_EQ(eight.data->loopEnd, 3u);
-    const Sample& sixteen = *instrument->GetSample(1);
-    EXPECT_EQ(sixteen.Count(), 3u);
-    EXPECT_EQ(sixteen.bits, 16);
-    EXPECT_EQ(sixteen.Wave()[0], 256.0f);
-    EXPECT_EQ(sixteen.data->loopStart, 1u);
-    EXPECT_EQ(sixteen.data->loopEnd, 3u);
-    EXPECT_EQ(sixteen.data->loopType, VTSAMPLE_LOOP_PINGPONG);
+    EXPECT_EQ(instrument->GetSample(0)->Wave()[1], 512.0f);
+    EXPECT_EQ(instrument->GetSample(1)->data->loopStart, 1u);   // frames of 16 bits
+    EXPECT_EQ(instrument->GetSample(1)->Wave()[0], 256.0f);
 }
 
 TEST(LoaderXI, TakesSixteenSamplesAndTellsOfMore) {
@@ -91,20 +82,6 @@ TEST(LoaderXI, AFileWithoutAWholeHeaderIsNone) {
     bytes[19] = ';';
     MemoryStream other(bytes);
     EXPECT_FALSE(LoaderXI().Check(other));
-}
-
-TEST(LoaderXI, DamageIsRefusedOrLoadsWhatIsThere) {
-    const auto whole = BuildXi(ThreeSamples());
-    TryPrefixes(whole, [](const FileBytes& bytes) {
-        const LoadedXi loaded(bytes);
-        EXPECT_NE(loaded.instrument == nullptr, loaded.report.error.empty()) << bytes.size();
-        EXPECT_TRUE(!loaded.instrument || !loaded.report.lines.empty()) << bytes.size();
-    });
-    TryFields(whole, [](const FileBytes& bytes) {
-        const LoadedXi loaded(bytes);
-        ASSERT_TRUE(loaded.instrument);
-        loaded.instrument->Validate();
-    });
 }
 
 }  // namespace
