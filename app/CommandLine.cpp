@@ -1,10 +1,12 @@
 #include "app/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <new>
 #include <string>
@@ -13,6 +15,7 @@
 #include "app/Check.h"
 #include "app/Convert.h"
 #include "app/Devices.h"
+#include "app/Edit.h"
 #include "app/Info.h"
 #include "app/Interrupt.h"
 #include "app/Messages.h"
@@ -25,6 +28,8 @@ namespace {
 
 constexpr const char* kVersionText = "Vonta Tracker beta " VONTA_VERSION;
 
+constexpr const char* kTrackerCommand = "edit";
+
 // A sub-command that has been chosen: what it will do once all arguments are read.
 using Command = std::function<int()>;
 
@@ -35,6 +40,7 @@ constexpr struct {
     const char *name, *help;
     AddCommand add;
 } kCommands[] = {
+    {kTrackerCommand, "Open the tracker; also what a file without a sub-command does", AddEditCommand},
     {"render", "Render a song to WAV files, faster than it plays", AddRenderCommand},
     {"convert", "Write a song, an instrument or a sample in another format", AddConvertCommand},
     {"info", "Tell what a song, an instrument or a sample holds", AddInfoCommand},
@@ -87,14 +93,27 @@ int RunChosen(const Command& chosen) {
     return kFailed;
 }
 
+// Nothing, or a file as a desktop passes it: the tracker opens.
+bool MeansTracker(const std::vector<std::string>& arguments) {
+    if (arguments.empty()) return true;
+    const std::string& first = arguments.front();
+    for (const auto& row : kCommands)
+        if (first == row.name) return false;
+    std::error_code failed;
+    return std::filesystem::is_regular_file(first, failed);
+}
+
 }  // namespace
 
 int RunCommandLine(int argc, char** argv) {
-    CLI::App app("Vonta Tracker: plays, renders, converts and describes tracker songs.", "vonta");
+    CLI::App app("Vonta Tracker: writes, plays, renders, converts and describes tracker songs.", "vonta");
     Command chosen;
     BuildCommands(app, chosen);
+    std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    if (MeansTracker(arguments)) arguments.insert(arguments.begin(), kTrackerCommand);
+    std::reverse(arguments.begin(), arguments.end());   // as the parser takes them
     try {
-        app.parse(argc, argv);
+        app.parse(std::move(arguments));
     } catch (const CLI::Success& request) {          // --help or --version
         app.exit(request);
         return FlushOutput(kDone);

@@ -116,7 +116,7 @@ void PlayerHost::CrashBackup(bool audioFault) {
     if (saved) Complain(m_szStartDir, kBackupMessage);
     else if (error.empty()) Complain(kNoBackupMessage);
     else Complain(kNoBackupMessage, error);
-    OnBackup(saved ? kBackupMessage : kNoBackupMessage);
+    OnBackup(saved ? kBackupMessage : kNoBackupMessage, audioFault);
     // Nothing that the fault may have broken is run again, and the audio side cannot wait for itself: the process goes
     // as it stands.
     std::fflush(nullptr);

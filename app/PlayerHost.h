@@ -64,7 +64,7 @@ protected:
     // What a device needs, up to the mixer turned on. 0, or 1 and what was wrong with it.
     int StartSound(void* windowHandle, const SoundChoice& sound, std::string& error);
     // Before the process ends by a crash: what the user sees of it. The audio side may be the one that failed.
-    virtual void OnBackup(const std::string& message) { (void)message; }
+    virtual void OnBackup(const std::string& message, bool audioFault) { (void)message, (void)audioFault; }
 
     std::unique_ptr<SndPlayer> m_pSndPlayer;
     std::string m_szStartDir;                        // where the program works from

@@ -15,8 +15,15 @@ struct DefaultFile {
     void (*write)(FileStream& stream);
 };
 
+// The defaults, but in a window: a new user's desktop keeps its mode.
+Config FreshConfig() {
+    Config config;
+    config.flags &= ~std::uint32_t{kFullscreen};
+    return config;
+}
+
 constexpr DefaultFile kDefaultFiles[] = {
-    {kConfigFile, [](FileStream& stream) { WriteConfigText(stream, {}); }},
+    {kConfigFile, [](FileStream& stream) { WriteConfigText(stream, FreshConfig()); }},
     {kKeyTableFile, [](FileStream& stream) { WriteKeyTable(stream, DefaultKeyTable()); }},
     {kEnvironmentFile, [](FileStream& stream) { WriteEnvironment(stream, {}); }},
 };

@@ -12,7 +12,7 @@ TEST(CommandLine, EndsWithTheStatusAndTheLineThatTellWhatIsWrong) {
         int status;
         std::string error;                           // its first line begins with this
     } kCases[] = {
-        {{}, 2, "vonta: A subcommand is required"},
+        {{"--sing"}, 2, "vonta: unknown sub-command or option: --sing"},
         {{"dance"}, 2, "vonta: unknown sub-command or option: dance"},
         {{"render"}, 2, "vonta: SONG is required"},
         {{"render", "s.xm", "--bits", "12"}, 2, "vonta: --bits: 12"},

@@ -1,0 +1,40 @@
+#include "app/Edit.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "app/Application.h"
+#include "app/CommandLine.h"
+#include "app/Messages.h"
+
+namespace vonta {
+namespace {
+
+struct EditRequest {
+    std::string file;
+    bool noCurtain = false;
+};
+
+int Edit(const EditRequest& request) {
+    TrackerOptions options;
+    if (!request.file.empty()) options.file = std::filesystem::absolute(request.file).string();
+    options.curtain = !request.noCurtain;
+    GMain app(std::move(options));
+    if (app.Init() != 0) return kFailed;
+    const int status = app.Run();
+    app.Shutdown(true);
+    return status;
+}
+
+}  // namespace
+
+void AddEditCommand(CLI::App& command, std::function<int()>& chosen) {
+    const auto request = std::make_shared<EditRequest>();
+    command.add_option("FILE", request->file, "A song, instrument or sample to open")->type_name("");
+    command.add_flag("--no-curtain", request->noCurtain, "Start and end at once, without the opening picture");
+    command.callback([request, &chosen] { chosen = [request] { return Edit(*request); }; });
+}
+
+}  // namespace vonta

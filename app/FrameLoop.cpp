@@ -1,0 +1,118 @@
+#include <chrono>
+#include <iterator>
+#include <thread>
+
+#include "app/Application.h"
+#include "app/config/ConfigSettings.h"
+#include "interface/screens/DiskOpScreen.h"
+#include "platform/Debug.h"
+
+namespace vonta {
+namespace {
+
+constexpr int kScanEscape = 41, kScanF4 = 61;         // USB HID usages
+constexpr int kForever = -1;
+
+}  // namespace
+
+int GMain::Run() {
+    WindowEvent event;
+    while (!m_pTracker->m_bQuit) {
+        if (m_pWindow->PollEvent(event)) OnEvent(event);
+        else OnIdle();
+    }
+    return 0;
+}
+
+void GMain::OnIdle() {
+    Guarded([this] {
+        WindowEvent event;
+        if (m_bRestartVideo) {
+            m_config.flags ^= kFullscreen;
+            return Init();
+        }
+        if (m_bActive) Frame();
+        else if (m_pWindow->WaitEvent(event, kForever)) OnEvent(event);
+        return 0;
+    });
+}
+
+void GMain::Frame() {
+    if (m_pVideo->IsLost()) {
+        m_pInterface->ReleaseSurfaces();
+        m_pInterface->Start(false);
+    }
+    Update();
+    if (!m_pTracker->m_bEditorOpen || !m_config.Has(kFullscreen)) m_pVideo->Present();
+    // Between two frames, so that the line which tells of it stays on the screen meanwhile.
+    if (m_pTracker->m_bSaveRequested) m_pInterface->DiskOp().SaveNow();
+    else if (m_pTracker->m_bLoadRequested) m_pInterface->DiskOp().LoadNow();
+    m_pTracker->m_bSaveRequested = m_pTracker->m_bLoadRequested = false;
+}
+
+void GMain::Update() {
+    m_pInterface->PollInput();
+    if (m_pTracker->m_bEditorOpen) {
+        if (std::exchange(m_bCloseEditor, false)) m_pTracker->m_bEditorOpen = false;
+        return;
+    }
+    m_pInterface->PollMouse();
+    m_pInterface->Paint();
+    Sleep();
+}
+
+void GMain::Sleep() {
+    const int milliseconds = SettingsOf(m_config).waitMs;
+    if (milliseconds > 0) std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}
+
+void GMain::OnEvent(const WindowEvent& event) {
+    switch (event.kind) {
+    case WindowEventKind::LeftDown:
+    case WindowEventKind::RightDown:
+        m_pInterface->EndTextEdit();
+        [[fallthrough]];
+    case WindowEventKind::LeftUp:
+    case WindowEventKind::RightUp:
+    case WindowEventKind::MouseMove:
+        m_pInput->OnMouse(event.x, event.y, event.left, event.right);
+        break;
+    case WindowEventKind::Wheel: m_pInput->OnWheel(event.amount); break;
+    case WindowEventKind::KeyDown: OnKeyDown(event.scanCode); break;
+    case WindowEventKind::KeyUp: m_pInput->OnKey(event.scanCode, false); break;
+    case WindowEventKind::Character: m_pInterface->OnCharacter(event.text); break;
+    case WindowEventKind::Minimised: m_bActive = false; break;
+    case WindowEventKind::Resized:
+    case WindowEventKind::Restored:
+        m_bActive = true;
+        [[fallthrough]];
+    case WindowEventKind::Exposed: m_pVideo->Repair(); break;
+    case WindowEventKind::FocusGained:
+    case WindowEventKind::FocusLost: m_pInterface->ForgetKeys(); break;
+    case WindowEventKind::Close: OnClose(); break;
+    case WindowEventKind::FileDropped: m_pInterface->DiskOp().LoadDropped(event.text); break;
+    }
+}
+
+// Escape never becomes an action: it leaves the plug-in's window, a text, or the program.
+void GMain::OnKeyDown(int scanCode) {
+    if (scanCode != kScanEscape) m_pInput->OnKey(scanCode, true);
+    else if (inLongWork_) stopLongWork_ = true;
+    else if (m_pTracker->m_bEditorOpen) m_bCloseEditor = true;
+    else m_pInterface->OnEscape();
+}
+
+// Many desktops make a close request of Alt and F4, which here copies the block.
+void GMain::OnClose() {
+    if (!m_pInterface->AltHeld()) return m_pInterface->AskToQuit();
+    m_pInput->OnKey(kScanF4, true);
+    m_pInput->OnKey(kScanF4, false);
+}
+
+// What has arrived while something else than the frame loop runs.
+void GMain::TakeEvents() {
+    WindowEvent event;
+    while (m_pWindow->PollEvent(event)) OnEvent(event);
+}
+
+}  // namespace vonta

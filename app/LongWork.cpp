@@ -1,0 +1,57 @@
+// Work that takes longer than a frame: the window shows how far it is, and Escape ends it.
+#include <algorithm>
+
+#include "app/Application.h"
+#include "audio/Mixdown.h"
+#include "platform/Clock.h"
+
+namespace vonta {
+namespace {
+
+constexpr std::uint32_t kShowPeriodMs = 50;
+// Below the two lines of the "Saving data..." picture.
+constexpr Rect kBar{286, 337, 228, 4};
+
+class ShownProgress final : public MixdownProgress {
+public:
+    ShownProgress(InterfaceHost& host, std::uint32_t positions) : host_(host), positions_(std::max(positions, 1u)) {}
+
+    bool OnBlock(const MixdownState& state) override {
+        if (Milliseconds() - lastShown_ < kShowPeriodMs) return true;
+        lastShown_ = Milliseconds();
+        const auto done = static_cast<float>(state.position) / static_cast<float>(positions_);
+        return host_.OnLongWork({}, std::clamp(done, 0.0f, 1.0f));
+    }
+
+private:
+    InterfaceHost& host_;
+    std::uint32_t positions_;
+    std::uint32_t lastShown_ = 0;
+};
+
+}  // namespace
+
+int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::string& error) {
+    ShownProgress progress(*this, m_pSndPlayer->GetSong().GetPatternPosLenght());
+    inLongWork_ = true;
+    stopLongWork_ = false;
+    const MixdownResult result = Mixdown(*m_pSndPlayer, base, options, {}, &progress);
+    inLongWork_ = false;
+    m_pInput->Reset();                               // what was pressed meanwhile was not meant for the song
+    error = result.error;
+    if (!result.dropped.empty()) error = result.dropped.front() + " cannot be written";
+    return result.ok && result.dropped.empty() ? 0 : 1;
+}
+
+bool GMain::OnLongWork(const std::string&, float fraction) {
+    TakeEvents();
+    if (!m_bActive) return !stopLongWork_;
+    m_pInterface->Paint();
+    const int done = static_cast<int>(static_cast<float>(kBar.width) * fraction);
+    m_pVideo->FillBack(kBar, m_pVideo->PackColour(20, 24, 30));
+    m_pVideo->FillBack({kBar.x, kBar.y, done, kBar.height}, m_pInterface->Pictures().Colours().m_colHighlight);
+    m_pVideo->Present();
+    return !stopLongWork_;
+}
+
+}  // namespace vonta

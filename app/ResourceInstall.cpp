@@ -1,0 +1,86 @@
+#include "app/ResourceInstall.h"
+
+#include <filesystem>
+
+#include "app/config/ConfigFile.h"
+#include "app/config/ConfigInstall.h"
+
+namespace vonta {
+namespace {
+
+namespace fs = std::filesystem;
+
+enum class Install { WhenDifferent, WhenFresh };
+
+// A row a file: under which name it ships, under which it is installed.
+struct Resource {
+    const char *shipped, *installed;
+    Install when;
+};
+constexpr Resource kResources[] = {
+    {"Vonta.dat", "Vonta.dat", Install::WhenDifferent},
+    {"Skins/Default.vts", "Skins/Default.vts", Install::WhenDifferent},
+    {"demo.vtm", "Songs/Harbour Lights.vtm", Install::WhenFresh},
+};
+
+// The copy keeps the time of the original, so that a newer program is told by its files.
+bool IsSame(const fs::path& original, const fs::path& copy) {
+    std::error_code failed;
+    const auto size = fs::file_size(copy, failed);
+    return !failed && size == fs::file_size(original, failed) && !failed &&
+           fs::last_write_time(original, failed) == fs::last_write_time(copy, failed) && !failed;
+}
+
+// Beside the target, then renamed: a program that runs keeps the file that it has open.
+bool Copy(const fs::path& from, const fs::path& to, std::string& error) {
+    std::error_code failed;
+    const fs::path unfinished = to.string() + ".part";
+    fs::create_directories(to.parent_path(), failed);
+    if (!failed) fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, failed);
+    if (!failed) fs::last_write_time(unfinished, fs::last_write_time(from, failed), failed);
+    if (!failed) fs::rename(unfinished, to, failed);
+    if (!failed) return true;
+    error = to.string() + ": " + failed.message();
+    std::error_code ignored;
+    fs::remove(unfinished, ignored);
+    return false;
+}
+
+bool IsWanted(const Resource& row, const fs::path& original, const fs::path& copy, bool fresh) {
+    std::error_code failed;
+    if (!fs::exists(original, failed)) return false;
+    return row.when == Install::WhenFresh ? fresh && !fs::exists(copy, failed) : !IsSame(original, copy);
+}
+
+}  // namespace
+
+std::string FindShippedDirectory() {
+    std::error_code failed;
+    const fs::path program = fs::read_symlink("/proc/self/exe", failed).parent_path();
+    if (failed) return {};
+    for (const char* place : {"../share/vonta", "../data"}) {
+        const fs::path directory = (program / place).lexically_normal();
+        if (fs::exists(directory / "Vonta.dat", failed)) return directory.string();
+    }
+    return {};
+}
+
+bool InstallResources(const std::string& directory, bool& fresh, std::string& error) {
+    std::error_code failed;
+    fs::create_directories(directory, failed);
+    if (failed) {
+        error = directory + ": " + failed.message();
+        return false;
+    }
+    fresh = !fs::exists(fs::path(directory) / kConfigFile, failed);
+    if (!InstallConfigFiles(directory, error)) return false;
+    const std::string shipped = FindShippedDirectory();
+    if (shipped.empty()) return true;                // a portable installation brings its own
+    for (const Resource& row : kResources) {
+        const fs::path from = fs::path(shipped) / row.shipped, to = fs::path(directory) / row.installed;
+        if (IsWanted(row, from, to, fresh) && !Copy(from, to, error)) return false;
+    }
+    return true;
+}
+
+}  // namespace vonta

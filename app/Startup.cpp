@@ -1,0 +1,171 @@
+#include <ctime>
+#include <filesystem>
+#include <optional>
+
+#include "app/Application.h"
+#include "app/Messages.h"
+#include "app/ResourceInstall.h"
+#include "app/config/ConfigFile.h"
+#include "app/config/ConfigSettings.h"
+#include "interface/screens/DiskOpScreen.h"
+#include "platform/Debug.h"
+
+namespace vonta {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kNoPackMessage = "Can't open Vonta.dat file\n";
+constexpr const char* kNoConfigMessage = "ERROR: can't open config file. Use Config Utility";
+constexpr const char* kNoSkinMessage = "Can't open Default skin file\n";
+constexpr const char* kOldSkinMessage = "Default skin file incompatible\n";
+constexpr const char* kNoWindowMessage = "Window can't be created";
+constexpr const char* kWindowCaption = "WINDOW ERROR";
+constexpr const char* kNoVideoMessage = "Can't start the video mode";
+constexpr const char* kIconName = "MI_IDI_ICON1";
+constexpr const char* kBackupQuestion = " Load the crash backup??";
+constexpr const char* kSilentText = " No sound: look at Config";
+constexpr const char* kNotice =
+    "This is a beta version. Save your work often; should the program fail, your song is kept as backup.vtm.";
+
+std::string SkinPath(const std::string& startDirectory, const std::string& name) {
+    return startDirectory + "/Skins/" + name;
+}
+
+std::unique_ptr<PackFile> OpenPack(const std::string& path) {
+    auto pack = std::make_unique<PackFile>(path);
+    return pack->IsOpen() ? std::move(pack) : nullptr;
+}
+
+std::string TimeStamp() {
+    const std::time_t now = std::time(nullptr);
+    std::tm parts{};
+    char text[32] = "";
+    if (localtime_r(&now, &parts)) std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &parts);
+    return text;
+}
+
+}  // namespace
+
+// A step that failed: what was wrong is shown, and what stands is taken down.
+int GMain::Fail(const std::string& message) {
+    Complain(Printable(message.substr(0, message.find('\n'))));
+    if (m_pWindow) ShowMessage("", message);
+    DebugOutput("ERROR: Can't Init program\n");
+    Shutdown(false);
+    return 1;
+}
+
+int GMain::Init() { return m_bRestartVideo ? RestartVideo() : FirstInit(); }
+
+bool GMain::OpenWindow() {
+    std::string error;
+    m_pWindow = options_.openWindow(error);
+    if (!m_pWindow) {
+        Complain(error);
+        return false;
+    }
+    if (!m_pWindow->Create(kTitle, kIconName)) ShowMessage(kWindowCaption, kNoWindowMessage);
+    return true;
+}
+
+int GMain::FirstInit() {
+    DebugOutput("* Init program...\n");
+    if (!OpenWindow()) return 1;
+    CreatePlayer();
+    m_pVideo = std::make_unique<Video>(m_pWindow->Screen());
+    m_pInput = std::make_unique<Input>();
+    m_pTracker = std::make_unique<TrackerState>(*m_pSndPlayer, m_config, m_environment);
+    m_pInterface = std::make_unique<TrackerInterface>(*this, *m_pTracker, *m_pVideo, *m_pInput, packs_);
+
+    bool fresh = false;
+    std::string error;
+    if (!InstallResources(m_szStartDir, fresh, error)) Complain(error);   // what is missing will be told below
+    if (fresh) ShowMessage(kTitle, kNotice);
+    if (const int status = OpenPacks(); status != 0) return status;
+    if (const int status = OpenSound(); status != 0) return status;
+
+    DebugOutput("* Starting Enviroment...\n");
+    if (m_pInterface->Start(true) != 0) return Fail(kNoVideoMessage);
+    m_pWindow->ShowCursor(m_config.Has(kHardwareMouse));
+    DebugOutput("* Enviroment started\n");
+    if (options_.curtain) m_pInterface->RunCurtain([this] { TakeEvents(); });
+    m_pSndPlayer->Stop(0, 1);
+    InstallSong(nullptr);
+    if (!OfferBackup() && !hasSoundDevice_) m_pInterface->Tell(kSilentText);
+    if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
+    return 0;
+}
+
+int GMain::RestartVideo() {
+    const fs::path before = fs::current_path();
+    std::error_code failed;
+    fs::current_path(m_szStartDir, failed);
+    m_pInterface->ReleaseSurfaces();
+    const int status = m_pInterface->Start(false);
+    fs::current_path(before, failed);
+    m_bRestartVideo = false;
+    return status;
+}
+
+int GMain::OpenPacks() {
+    packs_.m_pDataPack = OpenPack(m_szStartDir + "/Vonta.dat");
+    if (!packs_.m_pDataPack) return Fail(kNoPackMessage);
+    if (m_config.Load(m_szStartDir + "/" + kConfigFile, m_szStartDir + "/" + kKeyTableFile) != 0)
+        return Fail(kNoConfigMessage);
+    if (const int status = OpenDefaultSkin(); status != 0) return status;
+    return OpenChosenSkin();
+}
+
+int GMain::OpenDefaultSkin() {
+    const std::string path = SkinPath(m_szStartDir, kDefaultSkinName);
+    packs_.m_pDefaultSkin = OpenPack(path);
+    if (!packs_.m_pDefaultSkin) return Fail(kNoSkinMessage);
+    return GetSkinVersion(path) == kSkinVersion081 ? 0 : Fail(kOldSkinMessage);
+}
+
+int GMain::OpenChosenSkin() {
+    packs_.m_pSkin = m_config.skin.empty() ? nullptr : OpenPack(SkinPath(m_szStartDir, m_config.skin));
+    if (!packs_.m_pSkin) {
+        m_config.skin = kDefaultSkinName;
+        packs_.m_pSkin = OpenPack(SkinPath(m_szStartDir, m_config.skin));
+    }
+    if (!packs_.m_pSkin) return Fail(kNoSkinMessage);
+    packs_.m_nSkinVersion = GetSkinVersion(SkinPath(m_szStartDir, m_config.skin));
+    return 0;
+}
+
+// A machine without the configured device can still write songs: it gets the one without sound, and is told so.
+int GMain::OpenSound() {
+    const auto settings = SettingsOf(m_config);
+    const SoundChoice wanted{settings.deviceKind, settings.deviceIndex, settings.sampleRate};
+    std::string error;
+    hasSoundDevice_ = StartSound(m_pWindow->GetHandle(), wanted, error) == 0;
+    if (hasSoundDevice_) return 0;
+    Complain(error);
+    const SoundChoice silent{DeviceKind::NoSound, 0, settings.sampleRate};
+    return StartSound(m_pWindow->GetHandle(), silent, error) == 0 ? 0 : Fail(error);
+}
+
+// True if there is one.
+bool GMain::OfferBackup() {
+    std::error_code failed;
+    if (!fs::exists(fs::path(m_szStartDir) / kBackupName, failed)) return false;
+    m_pInterface->Ask(kBackupQuestion, Bind<&GMain::OnBackupWanted>(this), Bind<&GMain::OnBackupDeclined>(this));
+    return true;
+}
+
+void GMain::OnBackupWanted(ControlRecord&) { m_pInterface->DiskOp().LoadDropped(PutBackupAside()); }
+
+void GMain::OnBackupDeclined(ControlRecord&) { PutBackupAside(); }
+
+// Offered once; kept all the same, under a name that tells when.
+std::string GMain::PutBackupAside() {
+    const fs::path from = fs::path(m_szStartDir) / kBackupName;
+    const fs::path to = fs::path(m_szStartDir) / ("backup-" + TimeStamp() + ".vtm");
+    std::error_code failed;
+    fs::rename(from, to, failed);
+    return failed ? from : to;
+}
+
+}  // namespace vonta

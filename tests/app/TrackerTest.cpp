@@ -1,0 +1,150 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "app/Application.h"
+#include "formats/Loaders.h"
+#include "interface/screens/DiskOpScreen.h"
+#include "platform/HeadlessWindow.h"
+#include "tests/support/SongBuilder.h"
+#include "tests/support/TempDirectory.h"
+
+namespace vonta {
+namespace {
+
+namespace fs = std::filesystem;
+
+// The whole program with a window that nobody sees, for a user who starts it for the first time.
+class Tracker : public testing::Test {
+protected:
+    Tracker() {
+        setenv("XDG_DATA_HOME", home_.Path().c_str(), 1);
+        fs::current_path(home_.Path());
+    }
+    ~Tracker() override {
+        app_.reset();
+        fs::current_path(before_);
+        unsetenv("XDG_DATA_HOME");
+    }
+
+    // No sound card is needed: MODE 3.
+    int Start(const std::string& file = {}) {
+        Silence();
+        TrackerOptions options;
+        options.openWindow = [this](std::string&) {
+            auto window = std::make_unique<HeadlessWindow>();
+            window_ = window.get();
+            return window;
+        };
+        options.file = file;
+        options.curtain = false;
+        app_ = std::make_unique<GMain>(std::move(options));
+        return app_->Init();
+    }
+    void Frames(int count) {
+        for (int i = 0; i < count; ++i) app_->OnIdle();
+    }
+    void Key(int scanCode) {
+        for (const auto kind : {WindowEventKind::KeyDown, WindowEventKind::KeyUp}) {
+            WindowEvent event;
+            event.kind = kind;
+            event.scanCode = scanCode;
+            app_->OnEvent(event);
+        }
+        Frames(2);
+    }
+    Song& CurrentSong() { return app_->GetSndPlayer()->GetSong(); }
+    fs::path Directory() const { return home_.Path() / "vonta"; }
+    void Silence() {
+        Config config;
+        config.flags &= ~std::uint32_t{kFullscreen};
+        config.mode = 3;
+        config.waitTime = 0;
+        fs::create_directories(Directory());
+        config.Save(Directory() / "Vonta.cfg", Directory() / "Keyb.cfg");
+    }
+
+    TempDirectory home_;
+    fs::path before_ = fs::current_path();
+    HeadlessWindow* window_ = nullptr;
+    std::unique_ptr<GMain> app_;
+};
+
+constexpr int kScanY = 28, kScanZ = 29, kScanN = 17, kScanSpace = 44, kScanEscape = 41;
+
+TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
+    ASSERT_EQ(Start(), 0);
+    EXPECT_TRUE(fs::exists(Directory() / "Skins/Default.vts"));
+    EXPECT_EQ(window_->GetTitle(), "Vonta Tracker beta 0.81");
+    Frames(2);
+    EXPECT_GE(window_->Screen().Presents(), 2);
+    Key(kScanSpace);
+    Key(kScanZ);
+    EXPECT_EQ(CurrentSong().GetPattern(0)->Read(0, 0).note, 48);
+    Key(kScanEscape);
+    Key(kScanN);
+    EXPECT_FALSE(app_->GetTracker().m_bQuit);
+    for (int i = 0; i < 3; ++i) Key(kScanEscape);    // asked, declined, asked
+    Key(kScanY);
+    EXPECT_TRUE(app_->GetTracker().m_bQuit);
+}
+
+TEST_F(Tracker, RestartsTheVideoWithoutTouchingTheSong) {
+    ASSERT_EQ(Start(), 0);
+    const Song* song = &CurrentSong();
+    app_->RequestVideoRestart();
+    Frames(2);
+    EXPECT_TRUE(window_->Screen().IsFullscreen());
+    app_->RequestVideoRestart();
+    window_->Screen().lost = true;
+    Frames(1);
+    window_->Screen().lost = false;
+    Frames(2);
+    EXPECT_FALSE(window_->Screen().IsFullscreen());
+    EXPECT_EQ(&CurrentSong(), song);
+}
+
+TEST_F(Tracker, DrawsNothingWhileMinimised) {
+    ASSERT_EQ(Start(), 0);
+    Frames(1);
+    WindowEvent event;
+    event.kind = WindowEventKind::Minimised;
+    app_->OnEvent(event);
+    const int shown = window_->Screen().Presents();
+    Frames(3);
+    EXPECT_EQ(window_->Screen().Presents(), shown);
+    event.kind = WindowEventKind::Restored;
+    app_->OnEvent(event);
+    Frames(3);
+    EXPECT_GT(window_->Screen().Presents(), shown);
+}
+
+TEST_F(Tracker, LoadsTheFileItIsGivenAndOffersABackupOnce) {
+    const auto song = SongBuilder().SineInstrument(0, 64).Note(3, 1, 50, 1).Build();
+    fs::create_directories(Directory());
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open((Directory() / "backup.vtm").string(), "wb"));
+    ASSERT_EQ(SaveFile(&stream, SaveMode::Module, *song, {}), 0);
+    ASSERT_EQ(Start(), 0);
+    Frames(1);
+    EXPECT_EQ(app_->GetInterface().QuestionText(), " Load the crash backup??");
+    Key(kScanY);
+    Frames(3);
+    EXPECT_EQ(CurrentSong().GetPattern(0)->Read(3, 1).note, 50);
+    EXPECT_FALSE(fs::exists(Directory() / "backup.vtm"));
+    std::size_t kept = 0;
+    for (const auto& entry : fs::directory_iterator(Directory()))
+        kept += entry.path().filename().string().starts_with("backup-");
+    EXPECT_EQ(kept, 1u);
+}
+
+TEST_F(Tracker, TellsWhatIsMissingAndEnds) {
+    Silence();
+    fs::create_directories(Directory() / "Vonta.dat");   // nothing to be opened, and nothing to be replaced
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Start(), 1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Can't open Vonta.dat file"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vonta
