@@ -67,7 +67,8 @@ struct Scene {
 
 constexpr Scene kScenes[] = {
     {"start", [](InterfaceRig&) {}},
-    {"playing", [](InterfaceRig& rig) { Play(rig, kSoundMs); }},
+    {"playing", [](InterfaceRig& rig) { ShowChannels(rig, 8); Play(rig, kSoundMs); }},
+    {"playing-all", [](InterfaceRig& rig) { Play(rig, kSoundMs); }},
     {"recording", Record},
     {"selection", Select},
     {"channels-4", [](InterfaceRig& rig) { ShowChannels(rig, 4); }},
@@ -87,7 +88,6 @@ constexpr Scene kScenes[] = {
     {"zap", [](InterfaceRig& rig) { rig.ui.AskForZap(); }},
     {"save", [](InterfaceRig& rig) { rig.ui.Ask("", {}, {}, DialogMode::Save); }},
     {"message", [](InterfaceRig& rig) { rig.ui.Tell("night bus.vtm could not be loaded"); }},
-    {"busy", [](InterfaceRig& rig) { rig.state.m_bLoadRequested = true; rig.state.m_szRequestedFile = "harbour.vtm"; }},
     {"instrument", [](InterfaceRig& rig) { OpenSlot(rig, kScreenInstrumentEditor); }},
     {"sample", [](InterfaceRig& rig) { OpenSlot(rig, kScreenSampleEditor); }},
     {"mixer", [](InterfaceRig& rig) { OpenSlot(rig, kScreenMixer); }},

@@ -29,13 +29,32 @@ int RowY(int viewRow) { return kViewTop + viewRow * kRowHeight; }
 struct CellField {
     ViewField PatternView::* field;
     int length;                                  // characters
+    int column;                                  // of the cursor, at the first of them
     int light = kFullLight;
 };
 // In the order of CellText.
-constexpr CellField kFields[] = {{&PatternView::note, kNoteLength},
-                                 {&PatternView::instrument, kInstrumentLength, kInstrumentLight},
-                                 {&PatternView::volume, kVolumeLength},
-                                 {&PatternView::effect, kEffectLength}};
+constexpr CellField kFields[] = {{&PatternView::note, kNoteLength, kColumnNote},
+                                 {&PatternView::instrument, kInstrumentLength, kColumnInstrumentHigh, kInstrumentLight},
+                                 {&PatternView::volume, kVolumeLength, kColumnVolumeHigh},
+                                 {&PatternView::effect, kEffectLength, kColumnEffect}};
+
+// The characters of a field that the cursor lies on: a digit, or the whole note. They stand out of its block in black.
+struct Marked {
+    std::size_t from = 0, length = 0;
+};
+Marked UnderCursor(const CellField& part, int column) {
+    if (part.column == kColumnNote) return {0, column == kColumnNote ? static_cast<std::size_t>(part.length) : 0};
+    if (column < part.column || column >= part.column + part.length) return {};
+    return {static_cast<std::size_t>(column - part.column), 1};
+}
+
+void PrintField(const Font& font, int x, int y, std::uint32_t colour, std::string_view text, Marked marked) {
+    const auto xOf = [&](std::size_t character) { return x + static_cast<int>(character) * font.Advance(); };
+    const std::size_t end = marked.from + marked.length;
+    font.PrintColoured(x, y, colour, text.substr(0, marked.from));
+    font.PrintColoured(xOf(marked.from), y, 0, text.substr(marked.from, marked.length));
+    font.PrintColoured(xOf(end), y, colour, text.substr(end));
+}
 
 // Nothing is written there: dots, or the effect that does nothing. It stays in the background.
 bool IsEmpty(std::string_view field) { return field.starts_with('$') || field == "000"; }
@@ -144,6 +163,7 @@ void PatternScreen::PaintCell(int row, int track, int y, std::uint32_t plain) {
     const int channel = Values().m_nFirstChannel + track;
     const Cell cell = State().m_pPattern->Read(row, channel);
     const std::uint32_t colour = CellColour(cell, row, channel, plain);
+    const bool atCursor = row == State().m_nCursorRow && channel == Values().m_nCursorChannel;
     const std::string text = CellText(cell, View());
     std::string_view left = text;
     for (const CellField& part : kFields) {
@@ -151,9 +171,9 @@ void PatternScreen::PaintCell(int row, int track, int y, std::uint32_t plain) {
         if (!field.font) continue;
         const auto length = static_cast<std::size_t>(part.length);
         const std::string_view written = left.substr(0, length);
-        (Text().*field.font).PrintColoured(View().firstCell + track * View().width + field.x, y - kTextAboveRow,
-                                           Surfaces().Dimmed(colour, IsEmpty(written) ? kEmptyLight : part.light),
-                                           written);
+        PrintField(Text().*field.font, View().firstCell + track * View().width + field.x, y - kTextAboveRow,
+                   Surfaces().Dimmed(colour, IsEmpty(written) ? kEmptyLight : part.light), written,
+                   atCursor ? UnderCursor(part, Values().m_nCursorColumn) : Marked{});
         left.remove_prefix(length);
     }
 }

@@ -49,9 +49,9 @@ void PaintCursorRow(Canvas& canvas, const FontSet&, const Piece& piece) {
 
 // The program cuts the block to the width of the column, so that it has no edges at its sides.
 void PaintCursor(Canvas& canvas, const FontSet&, const Piece& piece) {
-    canvas.Gradient(0, 0, piece.width, piece.height, Mix(kAmberDark, kAmberDeep, 0.3), kAmberDeep);
-    canvas.Fill(0, 0, piece.width, 1, kAmber);
-    canvas.Fill(0, piece.height - 1, piece.width, 1, kAmber);
+    canvas.Gradient(0, 0, piece.width, piece.height, kAmber, Mix(kAmber, kAmberDark, 0.4));
+    canvas.Fill(0, 0, piece.width, 1, kAmberLight);
+    canvas.Fill(0, piece.height - 1, piece.width, 1, kAmberLight);
 }
 
 void PaintRecording(Canvas& canvas, const FontSet&, const Piece& piece) {
