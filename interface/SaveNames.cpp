@@ -1,5 +1,7 @@
 #include "interface/SaveNames.h"
 
+#include "interface/Latin1.h"
+
 namespace vonta {
 namespace {
 
@@ -30,6 +32,13 @@ std::string SongFileName(std::string name, SaveFormat format) {
 }
 
 std::string InstrumentFileName(std::string name) { return WithSuffix(Plain(std::move(name), kDefaultInstrumentName), ".vti"); }
+std::string ShortName(const std::string& name) {
+    constexpr int kMost = 24, kFront = 12, kBack = 9;
+    const int characters = CountCharacters(name);
+    if (characters <= kMost) return name;
+    return name.substr(0, BytesOf(name, kFront)) + "..." + name.substr(BytesOf(name, characters - kBack));
+}
+
 std::string SampleFileName(std::string name) { return WithSuffix(Plain(std::move(name), kDefaultSampleName), ".wav"); }
 
 }  // namespace vonta

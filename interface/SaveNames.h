@@ -18,4 +18,7 @@ std::string SongFileName(std::string name, SaveFormat format);
 std::string InstrumentFileName(std::string name);
 std::string SampleFileName(std::string name);
 
+// As a message tells it: a long name without its middle, in 24 characters.
+std::string ShortName(const std::string& name);
+
 }  // namespace vonta

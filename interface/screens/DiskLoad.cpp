@@ -27,7 +27,7 @@ void DiskOpScreen::RequestLoad(FileKind kind, const std::string& path) {
 void DiskOpScreen::LoadDropped(const std::string& path) {
     FileKind kind = FileKind::Song;
     if (FindKind(NameOf(path), kind)) RequestLoad(kind, path);
-    else Ui().Tell(NameOf(path) + " was not loaded: its name tells no format that is known");
+    else Ui().Tell(ShortName(NameOf(path)) + " was not loaded: its name tells no format that is known");
 }
 
 void DiskOpScreen::LoadNow() {
@@ -36,7 +36,7 @@ void DiskOpScreen::LoadNow() {
         &DiskOpScreen::ReadSong,   &DiskOpScreen::ReadInstrument, &DiskOpScreen::ReadSample, &DiskOpScreen::ReadPlugin,
         &DiskOpScreen::ReadPlugin, &DiskOpScreen::ReadPlugin,     &DiskOpScreen::ReadPlugin, &DiskOpScreen::ReadSkin};
     const std::string error = (this->*kReaders[static_cast<int>(m_nLoadKind)])();
-    if (!error.empty()) Ui().Tell(State().m_szRequestedFile + " was not loaded: " + error);
+    if (!error.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " was not loaded: " + error);
 }
 
 std::string DiskOpScreen::ReadSong() {

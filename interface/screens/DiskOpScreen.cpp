@@ -263,7 +263,7 @@ void DiskOpScreen::OnLoad(ControlRecord&) {
 }
 
 void DiskOpScreen::OnDelete(ControlRecord&) {
-    if (markedRow_ >= 0) Ui().Ask("Delete file?? " + list_.At(markedRow_).name, Bind<&DiskOpScreen::OnDeleteAnswer>(this));
+    if (markedRow_ >= 0) Ui().Ask("Delete file?? " + ShortName(list_.At(markedRow_).name), Bind<&DiskOpScreen::OnDeleteAnswer>(this));
     else Ui().Tell("Mark the file with the right button first.");
 }
 
@@ -271,7 +271,7 @@ void DiskOpScreen::OnDeleteAnswer(ControlRecord&) {
     if (markedRow_ < 0) return;
     const std::string name = list_.At(markedRow_).name;
     std::error_code failed;
-    if (!fs::remove(PathOf(name), failed) || failed) Ui().Tell(name + " could not be deleted: " + failed.message());
+    if (!fs::remove(PathOf(name), failed) || failed) Ui().Tell(ShortName(name) + " could not be deleted: " + failed.message());
     m_bDirty = true;
 }
 
@@ -283,7 +283,7 @@ void DiskOpScreen::OnMakeDirectory(ControlRecord&) {
     }
     std::error_code failed;
     if (!fs::create_directory(PathOf(*name), failed)) {
-        Ui().Tell(*name + " could not be made: " + (failed ? failed.message() : "it exists"));
+        Ui().Tell(ShortName(*name) + " could not be made: " + (failed ? failed.message() : "it exists"));
         return;
     }
     GoTo(PathOf(*name));

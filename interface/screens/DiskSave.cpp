@@ -88,7 +88,7 @@ void DiskOpScreen::SaveNow() {
     }
     m_nSaveKind = SaveKind::None;
     m_bDirty = true;
-    if (!error.empty()) Ui().Tell(State().m_szRequestedFile + " was not saved: " + error);
+    if (!error.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " was not saved: " + error);
 }
 
 // The song stands still while it is written.
@@ -102,7 +102,7 @@ std::string DiskOpScreen::WriteSong() {
     const MixerPause pause(Player());
     if (SaveFile(&stream, kModes[static_cast<int>(choice_.m_nSaveFormat)], CurrentSong(), options) != 0)
         return !report.error.empty() ? report.error : !stream.Error().empty() ? stream.Error() : "it cannot be written";
-    if (!report.lines.empty()) Ui().Tell(State().m_szRequestedFile + " is saved, but: " + report.lines.front());
+    if (!report.lines.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " is saved, but: " + report.lines.front());
     return {};
 }
 

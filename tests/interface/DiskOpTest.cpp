@@ -67,6 +67,8 @@ TEST(SaveNames, FollowTheFormatAndNeverLeadElsewhere) {
         EXPECT_EQ(InstrumentFileName(row.typed), row.instrument);
         EXPECT_EQ(SampleFileName(row.typed), row.sample);
     }
+    EXPECT_EQ(ShortName("twenty-four characters.x"), "twenty-four characters.x");
+    EXPECT_EQ(ShortName("an evening train through \xC3\xBC" "berlingen.vtm"), "an evening t...ingen.vtm");
 }
 
 // The real screen in a directory of its own, worked with the mouse as a user does.
