@@ -8,13 +8,12 @@
 #include <array>
 #include <atomic>
 #include <cstddef>
-#include <memory>
 
 namespace vonta {
 namespace {
 
 constexpr std::array kFaults{SIGSEGV, SIGBUS, SIGILL, SIGFPE};
-constexpr std::size_t kSignalStackBytes = 64 * 1024;
+constexpr std::size_t kSignalStackBytes = 16 * 1024;   // the handler only jumps; not so much that small threads lack room
 
 std::array<struct sigaction, kFaults.size()> former;
 
@@ -69,31 +68,28 @@ bool InstallHandlers() {
     return true;
 }
 
-class SignalStack {
-public:
-    SignalStack() {
-        stack_t ours{};
-        ours.ss_sp = bytes_.get();
-        ours.ss_size = kSignalStackBytes;
-        sigaltstack(&ours, &former_);
-    }
-    ~SignalStack() {
-        former_.ss_flags &= SS_DISABLE;
-        sigaltstack(&former_, nullptr);
-    }
-    SignalStack(const SignalStack&) = delete;
-    SignalStack& operator=(const SignalStack&) = delete;
+// Where a handler runs if the thread's own stack is full. Part of the thread's storage, so that a thread that nobody
+// prepared allocates nothing for it, and it is there as long as the thread.
+alignas(16) thread_local std::array<std::byte, kSignalStackBytes> signalStack;
 
-private:
-    std::unique_ptr<std::byte[]> bytes_{new std::byte[kSignalStackBytes]};
-    stack_t former_{};                               // a checker's own, which it takes back at the thread's end
-};
+// A stack that is there already belongs to a checker, which takes it back itself.
+void TakeSignalStack() {
+    stack_t present{};
+    if (sigaltstack(nullptr, &present) != 0 || !(present.ss_flags & SS_DISABLE)) return;
+    stack_t ours{};
+    ours.ss_sp = signalStack.data();
+    ours.ss_size = signalStack.size();
+    sigaltstack(&ours, nullptr);
+}
 
 }  // namespace
 
 void InstallFaultHandlers() {
     [[maybe_unused]] static const bool installed = InstallHandlers();
-    thread_local SignalStack stack;
+    thread_local bool prepared = false;
+    if (prepared) return;
+    prepared = true;
+    TakeSignalStack();
 }
 
 bool RunGuarded(void (*work)(void*), void* argument) {

@@ -5,8 +5,8 @@
 namespace vonta {
 
 // Runs `work(argument)` under the guard. True if it ended by itself, false if a fault cut it short; nothing that
-// `work` held is released then. Guards nest per thread. Costs no system call. A fault outside any guard goes on
-// to the handler that was there before.
+// `work` held is released then. Guards nest per thread. Allocates nothing, and costs no system call but at a thread's
+// first use. A fault outside any guard goes on to the handler that was there before.
 bool RunGuarded(void (*work)(void*), void* argument);
 
 // Installs the process-wide handlers and, on the calling thread, a stack to handle a stack overflow on. Called by

@@ -78,6 +78,7 @@ TEST_F(PulseAudio, ASteadyNoteIsHeardAtItsFrequencyAndLevelOnItsSidesWithoutAGap
 
 TEST_F(PulseAudio, TheSongIsHeardToItsEndAndNotBegunAnew) {
     auto song = SteadyNote();
+    song->SetPatternPosLenght(1);
     song->GetPattern(0)->SetNumRows(2);
     Save(std::move(song));
     const PulseServer::Recorder recorder(server_);

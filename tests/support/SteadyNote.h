@@ -6,12 +6,13 @@
 
 namespace vonta {
 
-// Its right side is half as loud as its left. It begins at once, and then a row takes 0.6 s.
+// Its right side is half as loud as its left. It begins at once, and then a row takes 0.6 s, ten
+// minutes in all.
 inline std::unique_ptr<Song> SteadyNote() {
     constexpr int kTempoCommand = 15;
     std::vector<float> values = SineWave(256, 2);
     for (std::size_t i = 1; i < values.size(); i += 2) values[i] *= 0.5f;
-    return SongBuilder().Pattern(0, 256).Tempo(1).SampleInstrument(0, values, 2, {VTSAMPLE_LOOP_FORDWARD, 0, 256})
+    return SongBuilder().Order({0, 1, 1, 1}).Pattern(1, 256).Pattern(0, 256).Tempo(1).SampleInstrument(0, values, 2, {VTSAMPLE_LOOP_FORDWARD, 0, 256})
         .Note(0, 0, 48, 1, kNoVolume, kTempoCommand, 31).Build();
 }
 
