@@ -18,6 +18,8 @@ static_assert(kPretendedMove == kMaxBlockFrames * kDeviceFrameBytes);
 constexpr std::uint32_t kLongestSilentTickMs = 100;
 constexpr StereoBuffer kSilence{};
 
+constexpr const char* kNoDriverError = "No ASIO Driver Error";   // where the driver itself has nothing to complain of
+
 // By AsioLoss.
 constexpr const char* kLosses[] = {"", "it has gone", "its sample rate has changed", "its block size has changed",
                                    "it does not answer any more"};
@@ -51,15 +53,17 @@ bool DrvASIO::Open() {
     driver_ = drivers_[index].open();
     const char* failure = OpenDriver();
     if (!failure) return true;
+    std::string reason = driver_ ? driver_->GetErrorMessage() : std::string();
+    if (reason.empty()) reason = kNoDriverError;
     DebugOutput("\t- ERROR: ASIO driver %s: %s%s\n", drivers_[index].name.substr(0, kMaxNameLength).c_str(), failure,
-                driver_ ? driver_->GetErrorMessage().c_str() : "");
+                reason.c_str());
     Close();
     return false;
 }
 
 // What failed, or null.
 const char* DrvASIO::OpenDriver() {
-    if (!driver_) return "it is not installed";
+    if (!driver_) return "it is not installed. ";
     if (!driver_->Init(place_.windowHandle)) return "it does not open: ";
     const int outputs = driver_->GetNumOutputs();
     bufferSize_ = driver_->GetPreferredSize();

@@ -179,7 +179,7 @@ TEST(DrvASIO, SaysWhatFailedAndLetsGoOfTheDriver) {
         {"Start", 2, 64, 44100, "it does not start: as the script says\n", "Init CreateBuffers Start DisposeBuffers "},
         {"", 0, 64, 44100, "it has no pair of outputs", "Init DisposeBuffers "},
         {"", -1, 64, 44100, "it has no pair of outputs", "Init DisposeBuffers "},
-        {"", 2, 0, 44100, "it has no block size", "Init DisposeBuffers "},
+        {"", 2, 0, 44100, "it has no block size. No ASIO Driver Error\n", "Init DisposeBuffers "},
         {"", 2, 64, 0, "its sample rate is out of range", "Init DisposeBuffers "},
         {"", 2, 64, 1e300, "its sample rate is out of range", "Init DisposeBuffers "},
     };
@@ -289,19 +289,15 @@ TEST(DrvASIODevice, ALostDriverIsToldOnceAndTheSongGoesOnUntilItIsRestored) {
         EXPECT_TRUE(rig.Plays()) << "silently, by the clock";
 
         rig.script.failAt = "Init";                  // as long as it has not come back
-        {
-            const MixerPause pause(rig.player);
-            EXPECT_FALSE(rig.device->Restore());
-        }
+        EXPECT_FALSE(rig.player.RestoreDevice());
         EXPECT_TRUE(rig.device->IsLost());
         EXPECT_TRUE(rig.Plays());
 
         rig.script.failAt = "";
         rig.script.frames = 128;
-        {
-            const MixerPause pause(rig.player);
-            EXPECT_TRUE(rig.device->Restore());
-        }
+        rig.script.rate = 48000;
+        EXPECT_TRUE(rig.player.RestoreDevice());
+        EXPECT_EQ(rig.player.GetMixer().samplesPerTick, 960) << "at the rate that the driver has now";
         EXPECT_TRUE(rig.IsHeard());
         EXPECT_TRUE(rig.Plays());
     }

@@ -1,11 +1,11 @@
 // With a real JACK server, started by the test under a private name.
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <thread>
 
 #include "audio/CreateDevice.h"
 #include "audio/DrvASIO.h"
+#include "tests/devices/Leftovers.h"
 #include "tests/support/JackRecorder.h"
 #include "tests/support/JackServerProcess.h"
 #include "tests/support/SteadyNote.h"
@@ -95,22 +95,15 @@ TEST(JackAudio, ConnectionsHoldAThousandStopsAndStartsOfTheMixer) {
 }
 
 TEST(JackAudio, OpeningAndClosingLeavesNothingBehind) {
-    const auto openFiles = [] {
-        return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/fd"), std::filesystem::directory_iterator());
-    };
-    const auto threads = [] {
-        return std::ranges::distance(std::filesystem::directory_iterator("/proc/self/task"), std::filesystem::directory_iterator());
-    };
     const test::JackServerProcess server(44100, 256, 2);
     const auto cycle = [] {
         JackPlayer jack;
         ASSERT_TRUE(jack.Open());
     };
     cycle();
-    const auto filesBefore = openFiles(), threadsBefore = threads();
+    const test::Leftovers before;
     for (int i = 0; i < 20; ++i) cycle();
-    EXPECT_EQ(openFiles(), filesBefore);
-    EXPECT_EQ(threads(), threadsBefore);
+    test::ExpectNothingMoreThan(before);
 }
 
 TEST(JackAudio, AServerThatDiesOrChangesItsBlockSizeIsLostUntilTheDeviceIsOpenedAnew) {

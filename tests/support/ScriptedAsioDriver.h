@@ -59,7 +59,7 @@ public:
     }
 
     bool Init(void*) override { return Verb("Init"); }
-    std::string GetErrorMessage() override { return "as the script says"; }
+    std::string GetErrorMessage() override { return script_.failAt.empty() ? "" : "as the script says"; }
     int GetNumOutputs() override { return script_.outputs; }
     int GetPreferredSize() override { return script_.frames; }
     double GetSampleRate() override { return script_.rate; }
