@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 
+#include "audio/DrvNoSound.h"
 #include "formats/Loaders.h"
 #include "tests/support/BuiltPacks.h"
 #include "tests/support/InterfaceRig.h"
@@ -18,7 +19,8 @@ constexpr unsigned kSeed = 20261122;
 
 class RandomUser {
 public:
-    RandomUser() : rig_(ComposeDemoSong(), OpenBuiltPacks()) {
+    explicit RandomUser(std::unique_ptr<DrvSound> device = nullptr)
+        : rig_(ComposeDemoSong(), OpenBuiltPacks(), 32, std::move(device)) {
         rig_.config.directories.fill(".");
         std::filesystem::create_directory(rig_.directory.Path() / "Skins");
         std::filesystem::copy_file(std::string(VONTA_DATA_DIR) + "/demo.vtm", rig_.directory.File("demo.vtm"));
@@ -99,7 +101,7 @@ private:
     }
 
     void Wait() {
-        rig_.Sound(static_cast<int>(Below(60)));
+        if (rig_.device) rig_.Sound(static_cast<int>(Below(60)));
         Frame(static_cast<int>(Below(400)));
     }
 
@@ -134,6 +136,14 @@ TEST(RandomUser, BreaksNothing) {
         if (i % 5000 == 4999) user.ExpectASoundSong();
         if (HasFatalFailure()) FAIL() << "after " << i + 1 << " events";
     }
+    user.ExpectASoundSong();
+}
+
+// What the interface reads and writes while the block cycle runs on its own thread.
+TEST(RandomUser, DisturbsNoSoundThatRuns) {
+    constexpr int kEvents = 3000;
+    RandomUser user(std::make_unique<DrvNoSound>());
+    for (int i = 0; i < kEvents; ++i) user.Act();
     user.ExpectASoundSong();
 }
 

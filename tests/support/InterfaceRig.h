@@ -50,16 +50,20 @@ public:
     static constexpr int kFrameMs = 20;
 
     // Without a song the default one. Without packs there is nothing to see, but all controls are there. At 16, 24 or
-    // 32 bits a pixel.
-    explicit InterfaceRig(std::unique_ptr<Song> song = nullptr, ResourcePacks resources = {}, int bits = 32)
+    // 32 bits a pixel. A device of its own plays on its own thread; Sound is not for that.
+    explicit InterfaceRig(std::unique_ptr<Song> song = nullptr, ResourcePacks resources = {}, int bits = 32,
+                          std::unique_ptr<DrvSound> own = nullptr)
         : packs(std::move(resources)) {
-        auto owned = std::make_unique<TestDevice>();
-        device = owned.get();
-        device->record = false;
+        if (!own) {
+            auto manual = std::make_unique<TestDevice>();
+            device = manual.get();
+            device->record = false;
+            own = std::move(manual);
+        }
         config.flags &= ~std::uint32_t{kFullscreen};
         display.desktopBits = bits;
         ui.SetClock([this] { return now; });
-        player.StartSound(nullptr, static_cast<int>(DeviceKind::NoSound), 0, nullptr, 44100, std::move(owned));
+        player.StartSound(nullptr, static_cast<int>(DeviceKind::NoSound), 0, nullptr, 44100, std::move(own));
         player.SetMixerOn(true);
         ui.Start(true);
         ui.DiskOp().SetRoot(directory.Path());   // whatever a test presses, it deletes nothing of its user's
@@ -79,7 +83,7 @@ public:
         if (state.m_bSaveRequested) ui.DiskOp().SaveNow();
         else if (state.m_bLoadRequested) ui.DiskOp().LoadNow();
         state.m_bSaveRequested = state.m_bLoadRequested = false;
-        device->timer.Fire();
+        if (device) device->timer.Fire();
     }
     // So many milliseconds of sound, in blocks as a device takes them.
     void Sound(int milliseconds) {
@@ -146,7 +150,7 @@ public:
     Config config;
     Environment environment;
     SndPlayer player;
-    TestDevice* device = nullptr;
+    TestDevice* device = nullptr;                // the player's, unless it has its own
     HeadlessDisplay display;
     ResourcePacks packs;
     Video video{display};
