@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "interface/TrackerInterface.h"
+#include "interface/layout/QuestionLayouts.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -46,7 +47,7 @@ void TrackerInterface::AnswerPending() {
         StopTextEdit();
         regions_.ReleaseCapture();
     }
-    if (applied.unknownChunks) Ask(kNewChunksText, {});
+    if (applied.unknownChunks) Tell(kNewChunksText);
     ApplySolo(applied.songParts);
 }
 
@@ -76,7 +77,7 @@ void TrackerInterface::PaintScreens() {
     if (!state_.m_bDialogOpen) regions_.PaintPressed(input_.MouseX(), input_.MouseY());
     regions_.SetBlitMode(false);
     fonts_.Mute(false);
-    if (IsBusy()) video_.BlitToBack(kBusyX, kBusyY, skin_.LoadSkinBitmap(kBitmapLoading));
+    if (IsBusy()) video_.BlitToBack(kLoadingLayout.x, kLoadingLayout.y, skin_.LoadSkinBitmap(kLoadingLayout.bitmap));
 }
 
 void TrackerInterface::PaintText() {

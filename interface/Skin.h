@@ -21,7 +21,7 @@ constexpr const char* kDefaultSkinName = "Default.vts";
 
 // Numbers that code names. The whole table is in SkinTable.cpp; the rest are written in the layouts.
 enum Bitmap : int {
-    kBitmapAboutPicture = 47, kBitmapLoading = 55, kBitmapSlider = 190, kBitmapRedKnob = 195, kBitmapGreenKnob = 259,
+    kBitmapAboutPicture = 47, kBitmapSlider = 190, kBitmapRedKnob = 195, kBitmapGreenKnob = 259,
     kBitmapBlueKnob = 323, kBitmapRecording = 120, kBitmapCursor = 82,
 };
 constexpr int kKnobPositions = 64;

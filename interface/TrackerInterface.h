@@ -34,7 +34,6 @@ class TrackerInterface {
 public:
     static constexpr int kMaxTextLength = 24;    // characters of an edited text
     static constexpr int kPianoKeys = 38;        // of both rows
-    static constexpr int kBusyX = 280, kBusyY = 280;   // of the picture that tells of a load or save
     static constexpr std::uint16_t kNoVoice = 256;   // m_noteVoice: no note is held
 
     TrackerInterface(InterfaceHost& host, TrackerState& state, Video& video, Input& input, ResourcePacks& packs);
