@@ -29,6 +29,8 @@ public:
     }
 
     void Act() {
+        if (rig_.ui.IsEditingText() && Chance(60)) return Type();
+        if (Below(300) == 0) return GoHome();
         static constexpr void (RandomUser::*kActs[])() = {
             &RandomUser::PressKey, &RandomUser::PressKey, &RandomUser::PressKey, &RandomUser::LetKeyGo,
             &RandomUser::LetKeyGo, &RandomUser::LetKeyGo, &RandomUser::UseMouse, &RandomUser::UseMouse,
@@ -74,18 +76,28 @@ private:
 
     // Mostly on a control, now and then anywhere, or beside the picture.
     void UseMouse() {
-        const auto& regions = rig_.ui.Regions().List();
+        std::vector<MouseRegion> regions = rig_.ui.Regions().List();
+        if (Chance(20))                          // lists and texts answer to the right button, and are few
+            std::erase_if(regions, [](const MouseRegion& region) { return !(region.record.events & kOnRightPress); });
         int x = static_cast<int>(Below(840)) - 20, y = static_cast<int>(Below(640)) - 20;
         if (!regions.empty() && Chance(80)) {
             const MouseRegion& region = regions[Below(regions.size())];
             x = region.x0 + static_cast<int>(Below(static_cast<std::size_t>(std::max(region.x1 - region.x0, 0)) + 1));
             y = region.y0 + static_cast<int>(Below(static_cast<std::size_t>(std::max(region.y1 - region.y0, 0)) + 1));
         }
-        const bool left = Chance(50), right = Chance(15);
+        const bool left = Chance(50), right = Chance(20);
         if (left || right) rig_.ui.EndTextEdit();
         rig_.input.OnMouse(x, y, left, right);
         if (Chance(80)) Frame();
         if (Chance(70)) rig_.input.OnMouse(x, y, false, false);
+    }
+
+    // Back to the pattern and the panels, where most is to be done.
+    void GoHome() {
+        constexpr int kMainScreenAction = 150;
+        while (!held_.empty()) LetKeyGo();
+        Frame();
+        rig_.TapAction(kMainScreenAction);
     }
 
     void TurnWheel() {
