@@ -48,9 +48,9 @@ void ScopeTap::TakeSegment(const Mixer& mixer, int offset, int frames) {
 }
 
 void ScopeTap::TakeBlock(const Mixer& mixer, int frames) {
+    if (segmentsWanted_ <= 0) return;
     const float* sound = mixer.finalBuffer[0].data();
-    const bool watched = segmentsWanted_ > 0;
-    const Walk walk = watched ? Next(outputPoint_, static_cast<float>(mixer.sampleRate), frames) : Walk{};
+    const Walk walk = Next(outputPoint_, static_cast<float>(mixer.sampleRate), frames);
     for (std::size_t side = 0; side < output_.size(); ++side) {
         if (mixer.finalZeroed[0]) {
             Silence(output_[side]);
@@ -60,7 +60,7 @@ void ScopeTap::TakeBlock(const Mixer& mixer, int frames) {
         for (int frame = 0; frame < frames; ++frame)
             peak = std::max(peak, std::abs(sound[2 * frame + static_cast<int>(side)]));
         peak_[side].store(peak, std::memory_order_relaxed);
-        if (walk.count) output_[side].silent = false;
+        output_[side].silent = false;
         for (int i = 0; i < walk.count; ++i) {
             const int frame = std::min(static_cast<int>(static_cast<float>(i) * walk.step), frames - 1);
             output_[side].points[static_cast<std::size_t>(walk.first + i)] = sound[2 * frame + static_cast<int>(side)];

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kTop = 133, kCellHeight = 58, kCellRows = 2, kWidth = 341;     // pixels; of all cells of a row
 constexpr int kPictureTop = 4, kLampTop = 49, kNumberTop = 1, kInset = 2;    // in the cell
-constexpr int kWaveTop = 16, kWaveHeight = 30;
+constexpr int kWaveTop = 14, kWaveHeight = 30;
 constexpr int kWideNumber = 18;                  // width of a cell that holds a number in the larger font
 // A mark shrinks with the cell, and moves above the lamp when there is no room beside it.
 constexpr int kWholeMarks = 22, kMarksBeside = 43;                           // channels

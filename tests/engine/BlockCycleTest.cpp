@@ -176,6 +176,7 @@ TEST(ExternalSync, CorrectsByUpToOneTickAndSeeksBeyond) {
         EXPECT_EQ(hosted.player.GetMixer().tickPosition, each.expected);
         EXPECT_EQ(hosted.player.TicksPlayed(), each.counter);
         EXPECT_NE(log.Text().find(each.line), std::string::npos) << log.Text();
+        EXPECT_EQ(hosted.player.IsDesynced(), each.counter == 30);
         EXPECT_EQ(hosted.player.TakePositionJump(), each.counter == 30);
     }
 }
