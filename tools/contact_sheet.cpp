@@ -1,6 +1,7 @@
-// contact_sheet DATA OUTDIR: paints every screen in a typical state, as the program would, and writes a PNG of each and
-// all of them on sheets. DATA holds Vonta.dat and Skins/ as the build leaves them.
+// contact_sheet DATA OUTDIR [BITS]: paints every screen in a typical state, as the program would, and writes a PNG of each and
+// all of them on sheets. DATA holds Vonta.dat and Skins/ as the build leaves them; BITS of a pixel are 16, 24 or 32.
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -106,8 +107,8 @@ ResourcePacks OpenPacks(const std::string& data) {
     return packs;
 }
 
-skin::Canvas Photograph(const std::string& data, const Scene& scene) {
-    InterfaceRig rig(ComposeDemoSong(), OpenPacks(data));
+skin::Canvas Photograph(const std::string& data, int bits, const Scene& scene) {
+    InterfaceRig rig(ComposeDemoSong(), OpenPacks(data), bits);
     rig.Frame();
     rig.state.ChangePosition(kPosition);
     rig.Frame();
@@ -124,7 +125,7 @@ void PutOnSheet(skin::Canvas& sheet, const skin::Canvas& picture, int place) {
     sheet.Draw(picture, kGap + place % kPerRow * (kPictureWidth + kGap), kGap + place / kPerRow * (kPictureHeight + kGap));
 }
 
-void Develop(const std::string& data, const std::string& out) {
+void Develop(const std::string& data, const std::string& out, int bits) {
     const int rows = kPerSheet / kPerRow;
     int place = 0, number = 0;
     skin::Canvas sheet(kGap + kPerRow * (kPictureWidth + kGap), kGap + rows * (kPictureHeight + kGap), kPaper);
@@ -134,7 +135,7 @@ void Develop(const std::string& data, const std::string& out) {
         place = 0;
     };
     for (const Scene& scene : kScenes) {
-        skin::Canvas picture = Photograph(data, scene);
+        skin::Canvas picture = Photograph(data, bits, scene);
         picture.WritePng(out + "/" + scene.name + ".png");
         PutOnSheet(sheet, picture, place++);
         if (place == kPerSheet) finish();
@@ -145,12 +146,13 @@ void Develop(const std::string& data, const std::string& out) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-    if (argc != 3) {
-        std::fputs("usage: contact_sheet DATA OUTDIR\n", stderr);
+    if (argc != 3 && argc != 4) {
+        std::fputs("usage: contact_sheet DATA OUTDIR [BITS]\n", stderr);
         return 2;
     }
     std::filesystem::create_directories(argv[2]);
-    Develop(std::filesystem::absolute(argv[1]), std::filesystem::absolute(argv[2]));
+    Develop(std::filesystem::absolute(argv[1]), std::filesystem::absolute(argv[2]),
+            argc == 4 ? std::atoi(argv[3]) : 32);
     return 0;
 } catch (const std::exception& failure) {
     std::fprintf(stderr, "contact_sheet: %s\n", failure.what());
