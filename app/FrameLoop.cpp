@@ -42,6 +42,7 @@ void GMain::Frame() {
         m_pInterface->ReleaseSurfaces();
         m_pInterface->Start(false);
     }
+    if (const char* notice = LookAfterDevice(); notice && !m_pTracker->m_bDialogOpen) m_pInterface->Tell(notice);
     Update();
     if (!m_pTracker->m_bEditorOpen || !m_config.Has(kFullscreen)) m_pVideo->Present();
     // Between two frames, so that the line which tells of it stays on the screen meanwhile.

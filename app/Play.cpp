@@ -18,7 +18,6 @@
 #include "app/OpenFile.h"
 #include "app/PlayerHost.h"
 #include "app/SoundKinds.h"
-#include "audio/DeviceWatch.h"
 #include "platform/Clock.h"
 
 namespace vonta {
@@ -26,9 +25,6 @@ namespace {
 
 constexpr int kShowPeriodMs = 100, kKeysPeriodMs = 5, kTailMs = 50;
 constexpr int kNoPort = -1;
-
-constexpr const char* kDeviceGone = "The sound device is gone. The song goes on in silence.";
-constexpr const char* kDeviceBack = "The sound device is back.";
 
 struct PlayRequest {
     std::string song;
@@ -78,15 +74,10 @@ private:
     SndPlayer& player_;
 };
 
-void Tell(DeviceWatch::Event event) {
-    if (event == DeviceWatch::Event::Gone) Complain(kDeviceGone);
-    if (event == DeviceWatch::Event::Back) Complain(kDeviceBack);
-}
-
-void PlayToEnd(SndPlayer& player, const PlayRequest& request) {
+void PlayToEnd(PlayerHost& app, const PlayRequest& request) {
+    SndPlayer& player = *app.GetSndPlayer();
     const bool live = request.midiIn != kNoPort;
     LiveKeys keys(player, live ? player.GetMixer().midiIn[static_cast<std::size_t>(request.midiIn)].get() : nullptr, 0);
-    DeviceWatch watch(player);
     StateLine line(player);
     const std::uint32_t start = Milliseconds();
     player.Play(0);
@@ -95,7 +86,7 @@ void PlayToEnd(SndPlayer& player, const PlayRequest& request) {
         player.GetPositionNotice().Wait(live ? kKeysPeriodMs : kShowPeriodMs);
         player.GetPositionNotice().TakeFlags();
         keys.Poll();
-        Tell(watch.Look());
+        if (const char* notice = app.LookAfterDevice()) Complain(notice);
         line.Update();
     }
     line.Finish();
@@ -139,7 +130,7 @@ int Play(const PlayRequest& request) {
     return app.Guarded([&] {
         const NotesEnd atEnd(player);
         player.SetStopAtEnd(true);
-        PlayToEnd(player, request);
+        PlayToEnd(app, request);
         FadeOut(player);
         return Interrupted() ? kInterrupted : kDone;
     });

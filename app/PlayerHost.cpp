@@ -22,6 +22,8 @@ constexpr const char* kNoSoundMessage = "Can't init sound. Try with another conf
 constexpr const char* kSampleTypeMessage = "Current ASIO output data type(%i) not supported.";
 constexpr const char* kBackupMessage = "Internal error, backup.vtm saved";
 constexpr const char* kNoBackupMessage = "Internal error, backup.vtm could not be saved";
+constexpr const char* kDeviceGone = "The sound device is gone. The song goes on in silence.";
+constexpr const char* kDeviceBack = "The sound device is back.";
 constexpr int kCrashStatus = 1;
 
 // To the directory, which is made if need be.
@@ -36,6 +38,7 @@ bool ChangeTo(const std::string& directory) {
 
 void PlayerHost::CreatePlayer() {
     m_pSndPlayer = std::make_unique<SndPlayer>(CreateDevice, OpenSystemMidi);
+    m_deviceWatch.emplace(*m_pSndPlayer);
     m_szStartDir = FindStartDirectory();
 }
 
@@ -74,7 +77,16 @@ int PlayerHost::StartSound(void* windowHandle, const SoundChoice& sound, std::st
 void PlayerHost::ShutdownPlayer() {
     // A backup that runs on the audio side still reads the song, and ends the process when it is done.
     while (m_nCrashGuard != 0) pause();
+    m_deviceWatch.reset();
     m_pSndPlayer.reset();
+}
+
+const char* PlayerHost::LookAfterDevice() {
+    switch (m_deviceWatch ? m_deviceWatch->Look() : DeviceWatch::Event::None) {
+        case DeviceWatch::Event::Gone: return kDeviceGone;
+        case DeviceWatch::Event::Back: return kDeviceBack;
+        default: return nullptr;
+    }
 }
 
 void PlayerHost::InstallSong(std::unique_ptr<Song> song) {

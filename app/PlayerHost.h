@@ -10,6 +10,7 @@
 #include <optional>
 #include <string>
 
+#include "audio/DeviceWatch.h"
 #include "engine/SndPlayer.h"
 #include "platform/FaultGuard.h"
 
@@ -38,6 +39,8 @@ public:
     SndPlayer* GetSndPlayer() const { return m_pSndPlayer.get(); }
     const std::string& GetStartDir() const { return m_szStartDir; }
     void InstallSong(std::unique_ptr<Song> song);
+    // Once a frame: a device that has gone is opened anew when it is back. What the user is to be told of it, or null.
+    const char* LookAfterDevice();
 
     // Does a piece of work and returns its result; should it fault, the song is saved and the process ended.
     template <class Work>
@@ -67,6 +70,7 @@ protected:
     virtual void OnBackup(const std::string& message, bool audioFault) { (void)message, (void)audioFault; }
 
     std::unique_ptr<SndPlayer> m_pSndPlayer;
+    std::optional<DeviceWatch> m_deviceWatch;        // of the player
     std::string m_szStartDir;                        // where the program works from
 
 private:
