@@ -56,6 +56,10 @@ bool IsOfKind(std::string_view fileName, FileKind kind) {
                        [&](std::string_view suffix) { return EndsWith(fileName, suffix); });
 }
 
+std::string WithoutSuffix(const std::string& fileName, FileKind kind) {
+    return IsOfKind(fileName, kind) ? fileName.substr(0, fileName.rfind('.')) : fileName;
+}
+
 bool FindKind(std::string_view fileName, FileKind& kind) {
     for (int i = 0; i < kFileKinds; ++i) {
         const auto candidate = static_cast<FileKind>(i);

@@ -16,6 +16,9 @@ constexpr int kFileKinds = 8;
 // Suffixes with their point, in lower case; compared without regard to case.
 std::span<const std::string_view> SuffixesOf(FileKind kind);
 bool IsOfKind(std::string_view fileName, FileKind kind);
+// The name without a suffix of the kind. What is typed behind a suffix would be lost again when the name is cut at its
+// point, so a name is edited without it.
+std::string WithoutSuffix(const std::string& fileName, FileKind kind);
 // The kind that a file is loaded as by its name alone; false if none takes it. Libraries of plug-ins have but one
 // suffix for four kinds, so they are never found this way.
 bool FindKind(std::string_view fileName, FileKind& kind);

@@ -202,7 +202,10 @@ void DiskOpScreen::OnSlider(ControlRecord& record) {
 void DiskOpScreen::OnScroll(ControlRecord& record) { Scroll(record.param); }
 
 void DiskOpScreen::OnName(ControlRecord&) {
-    if (std::string* name = NameField()) Ui().StartTextEdit(*name);
+    std::string* name = NameField();
+    if (!name) return;
+    *name = WithoutSuffix(*name, m_nFileKind);
+    Ui().StartTextEdit(*name);
 }
 
 // The skins have but one directory.

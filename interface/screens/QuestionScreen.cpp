@@ -132,7 +132,11 @@ void QuestionScreen::PaintSave() {
 void QuestionScreen::OnYes(ControlRecord&) { Ui().AnswerYes(); }
 void QuestionScreen::OnNo(ControlRecord&) { Ui().AnswerNo(); }
 void QuestionScreen::OnChoice(ControlRecord& record) { Ui().AnswerChoice(record.param); }
-void QuestionScreen::OnName(ControlRecord&) { Ui().StartTextEdit(State().m_szSongName); }
+
+void QuestionScreen::OnName(ControlRecord&) {
+    State().m_szSongName = WithoutSuffix(State().m_szSongName, FileKind::Song);
+    Ui().StartTextEdit(State().m_szSongName);
+}
 
 void QuestionScreen::OnFormat(ControlRecord& record) {
     const auto format = static_cast<SaveFormat>(record.param);

@@ -105,7 +105,8 @@ TEST(DiskOp, ASongGoesOutAndComesBackThroughRealClicks) {
     const auto expected = SmallSong();
     for (const auto& [format, suffix] : {std::pair{kSaveNative, ".vtm"}, {kSaveXm, ".xm"}}) {
         DiskRig rig(SmallSong());
-        const std::string file = std::string("phrase") + suffix;
+        const std::string file = std::string("a phrase") + suffix;
+        rig.state.m_szSongName = "a .vtm";       // what is typed goes before the suffix
         rig.Press(kDiskSave);
         rig.PressInSaveQuestion(kSaveName);
         rig.Type("phrase.old.x");
