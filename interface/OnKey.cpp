@@ -34,15 +34,15 @@ bool TrackerInterface::MatchAction(int key, int action, bool checkModifiers) con
            (binding.control == m_bControl && binding.shift == m_bShift && binding.alt == m_bAlt);
 }
 
-// Releases are always heard, whoever has the keyboard: no modifier, note or repeat stays behind.
+// Releases are always heard, whoever has the keyboard, and so are the modifiers: none of them, no note and no repeat
+// stays behind.
 void TrackerInterface::OnKey(int key, bool pressed, bool fromDevice) {
     if (!pressed) return OnRelease(key);
-    if (IsEditingText()) return;
-    if (state_.m_bDialogOpen) {
-        if (fromDevice) AnswerKey(key);
-        return;
+    const bool elsewhere = IsEditingText() || state_.m_bDialogOpen || keyboardOwned_;
+    if (elsewhere) {
+        if (state_.m_bDialogOpen && !IsEditingText() && fromDevice) AnswerKey(key);
+        return UpdateModifiers(key, true);
     }
-    if (keyboardOwned_) return;
 
     const int action = PerformKeyAction(*this, key);
     if (action < 0) UpdateModifiers(key, true);

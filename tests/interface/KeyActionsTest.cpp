@@ -167,7 +167,11 @@ TEST(KeyActions, ANoteSoundsUntilItsKeyIsLetGoWhateverChangesMeanwhile) {
     rig.Modifiers(kMaskShift, true);
     rig.Key(kKeyA + 'Q' - 'A', false);
     EXPECT_EQ(held(), 1);
-    rig.ui.Tell("a question");                   // takes the keys, but not their releases
+    rig.ui.Tell("a question");                   // takes the keys, but neither their releases nor the modifiers
+    rig.Modifiers(kMaskControl, true);
+    rig.Frame();
+    EXPECT_EQ(rig.ui.ModifierMask(), kMaskControl | kMaskShift);
+    rig.Modifiers(kMaskControl, false);
     rig.Key(kKeyA + 'Z' - 'A', false);
     rig.Modifiers(kMaskShift, false);
     EXPECT_EQ(held(), 0);
