@@ -56,6 +56,7 @@ bool ReadRows(Source& source, ImageRequest& request) {
     const std::size_t rowBytes = std::size_t{request.width} * 3, fileRowBytes = request.width * (request.bits / 8);
     if (fileRowBytes * request.height > source.Remaining()) return false;
     request.pixels.assign(rowBytes * request.height, 0);
+    if (request.pixels.empty()) return true;
     std::vector<std::uint8_t> row(fileRowBytes);
     for (std::size_t y = request.height; y-- > 0;) {
         if (!source.Read(row.data(), row.size())) return false;

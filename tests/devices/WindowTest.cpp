@@ -1,12 +1,10 @@
 // The real window on a real X server.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <thread>
-
 #include "platform/Display.h"
 #include "platform/OsWindow.h"
 #include "platform/Surface.h"
+#include "tests/support/Await.h"
 #include "tests/support/XServer.h"
 
 namespace vonta {
@@ -41,22 +39,23 @@ struct OpenWindow {
     void Show(int width, int height, const Surface& picture) {
         window->SetClientSize(width, height);
         window->SetPosition(0, 0);
-        Settle();
-        window->Screen().Present(picture);
-        Settle();
+        Drain();
         window->Screen().Present(picture);
     }
-    void Settle() {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(150);
+    void Drain() {
         WindowEvent event;
-        while (std::chrono::steady_clock::now() < end) window->WaitEvent(event, 10);
+        while (window->PollEvent(event)) {}
     }
-    std::vector<WindowEvent> Events(const std::string& xdotool) {
-        Settle();
-        XServer::Do(xdotool);
+    // What comes of it, up to the first event of the kind.
+    std::vector<WindowEvent> Until(WindowEventKind last, std::vector<std::string> xdotool) {
+        Drain();
+        XServer::Do(std::move(xdotool));
         std::vector<WindowEvent> events;
-        WindowEvent event;
-        while (window->WaitEvent(event, 150)) events.push_back(event);
+        test::Await([&] {
+            WindowEvent event;
+            if (window->WaitEvent(event, 10)) events.push_back(event);
+            return !events.empty() && events.back().kind == last;
+        });
         return events;
     }
 };
@@ -135,15 +134,15 @@ TEST(Window, TheMouseHitsThePixelThatItPointsAt) {
         {400, 300, 50, 25, 101, 51}};
     for (const auto& c : cases) {
         open.Show(c.width, c.height, *picture);
-        const auto events = open.Events(std::string("mousemove ").append(std::to_string(c.x)).append(" ")
-                                            .append(std::to_string(c.y)).append(" click 1"));
+        const auto events = open.Until(WindowEventKind::LeftUp, {"mousemove", std::to_string(c.x), std::to_string(c.y),
+                                                                 "click", "1"});
         const WindowEvent down = Only(events, WindowEventKind::LeftDown);
         EXPECT_EQ(down.x, c.pictureX) << c.width << ' ' << c.x;
         EXPECT_EQ(down.y, c.pictureY) << c.width << ' ' << c.x;
         EXPECT_TRUE(down.left);
         EXPECT_FALSE(Only(events, WindowEventKind::LeftUp).left);
     }
-    EXPECT_GT(Only(open.Events("click 4"), WindowEventKind::Wheel).amount, 0);
+    EXPECT_GT(Only(open.Until(WindowEventKind::Wheel, {"click", "4"}), WindowEventKind::Wheel).amount, 0);
 }
 
 TEST(Window, KeysComeByTheirPlaceAndTextAsTyped) {
@@ -151,17 +150,18 @@ TEST(Window, KeysComeByTheirPlaceAndTextAsTyped) {
     OpenWindow open;
     open.Show(kWidth, kHeight, *Picture(32));
     open.window->SetFocus();
+    ASSERT_TRUE(test::Await([&] { open.Drain(); return open.window->HasFocus(); }));
     const struct { const char* key; int scanCode; const char* text; } cases[] = {
         {"q", 20, "q"}, {"BackSpace", 42, "\b"}, {"Return", 40, "\r"}, {"Escape", 41, "\x1b"}, {"F9", 66, nullptr}};
     for (const auto& c : cases) {
-        const auto events = open.Events(std::string("key ") + c.key);
+        const auto events = open.Until(WindowEventKind::KeyUp, {"key", c.key});
         EXPECT_EQ(Only(events, WindowEventKind::KeyDown).scanCode, c.scanCode) << c.key;
         EXPECT_EQ(Only(events, WindowEventKind::KeyUp).scanCode, c.scanCode) << c.key;
         if (c.text) {
             EXPECT_EQ(Only(events, WindowEventKind::Character).text, c.text) << c.key;
         }
     }
-    const auto held = open.Events("keydown a sleep 1 keyup a");
+    const auto held = open.Until(WindowEventKind::KeyUp, {"keydown", "a", "sleep", "1", "keyup", "a"});
     EXPECT_EQ(Only(held, WindowEventKind::KeyDown).scanCode, 4);
 }
 
@@ -169,21 +169,26 @@ TEST(Window, GoesFullScreenAndBackToItsSize) {
     XServer server(1000, 800, 24);
     server.StartWindowManager();
     OpenWindow open;
-    open.Settle();
     const auto picture = Picture(32);
+    const auto covers = [&](int left, int top) {     // the screen's colours at these places, as often as it takes
+        return test::Await([&] {
+            open.Drain();
+            open.window->Screen().Present(*picture);
+            const auto shot = server.Look();
+            return shot.At(left, 400) == kLeft && shot.At(999 - left, 400) == kRight && shot.At(500, top) != kLeft;
+        });
+    };
+    EXPECT_TRUE(covers(110, 0));
     open.window->Screen().Close();
     ASSERT_EQ(open.window->Screen().Open(kWidth, kHeight, 32, true), 0);
-    open.Settle();
-    open.window->Screen().Present(*picture);
-    auto shot = server.Look();
-    EXPECT_EQ(shot.At(10, 400), kLeft);
-    EXPECT_EQ(shot.At(990, 400), kRight);
-    EXPECT_EQ(shot.At(500, 10), 0u);
-    ASSERT_EQ(open.window->Screen().Open(kWidth, kHeight, 16, false), 0);
-    open.Settle();
+    EXPECT_TRUE(covers(0, 20));
+    ASSERT_EQ(open.window->Screen().Open(kWidth, kHeight, 32, false), 0);
     int width = 0, height = 0;
-    open.window->GetSize(width, height);
-    EXPECT_LT(width, kWidth + 20);               // with its frame
+    EXPECT_TRUE(test::Await([&] {
+        open.Drain();
+        open.window->GetSize(width, height);
+        return width < kWidth + 20;                  // with its frame
+    }));
 }
 
 TEST(Window, WithoutADisplayThereIsNoneAndOneLineTellsWhy) {

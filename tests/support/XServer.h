@@ -2,20 +2,15 @@
 // it would show can be read, and its mouse and keyboard be moved.
 #pragma once
 
-#include <fcntl.h>
-#include <signal.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
-#include <iterator>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "tests/support/Await.h"
+#include "tests/support/ChildProcess.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta::test {
@@ -23,43 +18,31 @@ namespace vonta::test {
 class XServer {
 public:
     XServer(int width, int height, int depth) {
-        int ends[2] = {-1, -1};
-        if (pipe2(ends, 0) != 0) throw std::runtime_error("no pipe");
-        const std::string screen = std::to_string(width) + "x" + std::to_string(height) + "x" + std::to_string(depth);
-        const std::string report = std::to_string(ends[1]);
-        server_ = Run([&] {
-            close(ends[0]);
-            execlp("Xvfb", "Xvfb", "-displayfd", report.c_str(), "-screen", "0", screen.c_str(), "-nolisten", "tcp",
-                   "-fbdir", directory_.Path().c_str(), static_cast<char*>(nullptr));
-        });
-        close(ends[1]);
-        std::string display = ":";
-        for (char c; read(ends[0], &c, 1) == 1;)     // to the end: the server writes more than the number
-            if (c != '\n') display += c;
-        close(ends[0]);
-        if (display.size() == 1) throw std::runtime_error("Xvfb does not start; is the package xvfb installed?");
-        setenv("DISPLAY", display.c_str(), 1);
+        const std::string screen = std::to_string(width) + 'x' + std::to_string(height) + 'x' + std::to_string(depth);
+        const ChildPlace place{.out = directory_.File("number")};
+        server_.emplace(std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-nolisten", "tcp",
+                                                 "-noreset", "-fbdir", directory_.Path().string()}, place);
+        std::string number;
+        if (!Await([&] { number = directory_.Text("number"); return number.ends_with('\n'); }))
+            throw std::runtime_error("Xvfb (package xvfb) does not start");
+        number.pop_back();
+        setenv("DISPLAY", number.insert(0, 1, ':').c_str(), 1);
     }
-    ~XServer() {
-        Stop(manager_);
-        Stop(server_);
-        unsetenv("DISPLAY");
-    }
+    ~XServer() { unsetenv("DISPLAY"); }
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
     // Without one, windows have no frame and cannot go full screen.
     void StartWindowManager() {
-        manager_ = Run([] { execlp("openbox", "openbox", "--sm-disable", static_cast<char*>(nullptr)); });
-        for (int tries = 0; std::system("xdotool get_num_desktops >/dev/null 2>&1") != 0; ++tries) {
-            if (tries == 100) throw std::runtime_error("openbox does not start; is the package openbox installed?");
-            usleep(50000);
-        }
+        manager_.emplace(std::vector<std::string>{"openbox", "--sm-disable"});
+        if (!Await([] { return ChildProcess({"xdotool", "get_num_desktops"}).Wait() == 0; }))
+            throw std::runtime_error("openbox (package openbox) does not start");
     }
 
-    // "mousemove 10 20 click 1"
-    static void Do(const std::string& xdotool) {
-        if (std::system(std::string("xdotool ").append(xdotool).c_str()) != 0) throw std::runtime_error("xdotool fails: " + xdotool);
+    // {"mousemove", "10", "20", "click", "1"}
+    static void Do(std::vector<std::string> xdotool) {
+        xdotool.insert(xdotool.begin(), "xdotool");
+        if (ChildProcess(xdotool).Wait() != 0) throw std::runtime_error("xdotool (package xdotool) fails");
     }
 
     // What stands on the screen now; one number a pixel, as the server packs it.
@@ -88,23 +71,8 @@ public:
     }
 
 private:
-    template <class Execute>
-    static pid_t Run(Execute execute) {
-        const pid_t pid = fork();
-        if (pid != 0) return pid;
-        prctl(PR_SET_PDEATHSIG, SIGTERM);
-        dup2(open("/dev/null", O_WRONLY), STDERR_FILENO);
-        execute();
-        _exit(127);
-    }
-    static void Stop(pid_t pid) {
-        if (pid <= 0) return;
-        kill(pid, SIGTERM);
-        waitpid(pid, nullptr, 0);
-    }
-
     TempDirectory directory_;
-    pid_t server_ = -1, manager_ = -1;
+    std::optional<ChildProcess> server_, manager_;
 };
 
 }  // namespace vonta::test
