@@ -47,9 +47,9 @@ struct OpenWindow {
         while (window->PollEvent(event)) {}
     }
     // What comes of it, up to the first event of the kind.
-    std::vector<WindowEvent> Until(WindowEventKind last, std::vector<std::string> xdotool) {
+    std::vector<WindowEvent> Until(WindowEventKind last, const std::string& xdotool) {
         Drain();
-        XServer::Do(std::move(xdotool));
+        XServer::Do(xdotool);
         std::vector<WindowEvent> events;
         test::Await([&] {
             WindowEvent event;
@@ -134,15 +134,15 @@ TEST(Window, TheMouseHitsThePixelThatItPointsAt) {
         {400, 300, 50, 25, 101, 51}};
     for (const auto& c : cases) {
         open.Show(c.width, c.height, *picture);
-        const auto events = open.Until(WindowEventKind::LeftUp, {"mousemove", std::to_string(c.x), std::to_string(c.y),
-                                                                 "click", "1"});
+        const std::string place = std::to_string(c.x) + ' ' + std::to_string(c.y);
+        const auto events = open.Until(WindowEventKind::LeftUp, "mousemove " + place + " click 1");
         const WindowEvent down = Only(events, WindowEventKind::LeftDown);
         EXPECT_EQ(down.x, c.pictureX) << c.width << ' ' << c.x;
         EXPECT_EQ(down.y, c.pictureY) << c.width << ' ' << c.x;
         EXPECT_TRUE(down.left);
         EXPECT_FALSE(Only(events, WindowEventKind::LeftUp).left);
     }
-    EXPECT_GT(Only(open.Until(WindowEventKind::Wheel, {"click", "4"}), WindowEventKind::Wheel).amount, 0);
+    EXPECT_GT(Only(open.Until(WindowEventKind::Wheel, "click 4"), WindowEventKind::Wheel).amount, 0);
 }
 
 TEST(Window, KeysComeByTheirPlaceAndTextAsTyped) {
@@ -154,14 +154,14 @@ TEST(Window, KeysComeByTheirPlaceAndTextAsTyped) {
     const struct { const char* key; int scanCode; const char* text; } cases[] = {
         {"q", 20, "q"}, {"BackSpace", 42, "\b"}, {"Return", 40, "\r"}, {"Escape", 41, "\x1b"}, {"F9", 66, nullptr}};
     for (const auto& c : cases) {
-        const auto events = open.Until(WindowEventKind::KeyUp, {"key", c.key});
+        const auto events = open.Until(WindowEventKind::KeyUp, std::string("key ") + c.key);
         EXPECT_EQ(Only(events, WindowEventKind::KeyDown).scanCode, c.scanCode) << c.key;
         EXPECT_EQ(Only(events, WindowEventKind::KeyUp).scanCode, c.scanCode) << c.key;
         if (c.text) {
             EXPECT_EQ(Only(events, WindowEventKind::Character).text, c.text) << c.key;
         }
     }
-    const auto held = open.Until(WindowEventKind::KeyUp, {"keydown", "a", "sleep", "1", "keyup", "a"});
+    const auto held = open.Until(WindowEventKind::KeyUp, "keydown a sleep 1 keyup a");
     EXPECT_EQ(Only(held, WindowEventKind::KeyDown).scanCode, 4);
 }
 

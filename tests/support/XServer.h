@@ -39,10 +39,10 @@ public:
             throw std::runtime_error("openbox (package openbox) does not start");
     }
 
-    // {"mousemove", "10", "20", "click", "1"}
-    static void Do(std::vector<std::string> xdotool) {
-        xdotool.insert(xdotool.begin(), "xdotool");
-        if (ChildProcess(xdotool).Wait() != 0) throw std::runtime_error("xdotool (package xdotool) fails");
+    // "mousemove 10 20 click 1", as a shell reads it.
+    static void Do(const std::string& xdotool) {
+        if (ChildProcess({"sh", "-c", std::string("xdotool ").append(xdotool)}).Wait() != 0)
+            throw std::runtime_error("xdotool (package xdotool) fails: " + xdotool);
     }
 
     // What stands on the screen now; one number a pixel, as the server packs it.
