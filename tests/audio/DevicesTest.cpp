@@ -75,15 +75,6 @@ TEST_F(DrvDiskWritterTest, WritesTheFirstPairTruncatedAndWrapping) {
     EXPECT_EQ(directory.Bytes("diskwritter.raw").size(), 32u);
 }
 
-TEST_F(DrvDiskWritterTest, TakesABlockLargerThanTheMixers) {
-    DrvDiskWritter device(FakeClock);
-    Positions(device, 44100, {});
-    std::vector<float> silence(2 * 262143);
-    float* outputs[1] = {silence.data()};
-    device.WriteBlock(outputs, 262143, 0);
-    EXPECT_EQ(directory.Bytes("diskwritter.raw").size(), 4u * 262143);
-}
-
 TEST_F(DrvDiskWritterTest, RunsWithoutItsFile) {
     std::filesystem::create_directory("diskwritter.raw");
     DrvDiskWritter device(FakeClock);
@@ -107,12 +98,6 @@ TEST(DrvNoSoundOnARealClock, DrivesThePlayerThroughPausesAtAnyMoment) {
     }
     EXPECT_GE(player.TicksPlayed(), 5u);
     EXPECT_TRUE(player.IsMixerOn());
-}
-
-TEST(CreateDevice, KnowsTheKindsThatNeedNoLibrary) {
-    EXPECT_EQ(CreateDevice(DeviceKind::NoSound)->GetCurrentDeviceName(), "No Sound");
-    EXPECT_EQ(CreateDevice(DeviceKind::DiskWritter)->GetCurrentDeviceName(), "DiskWritter");
-    EXPECT_EQ(CreateDevice(DeviceKind::Asio)->GetCurrentDeviceName(), "ASIO");
 }
 
 }  // namespace
