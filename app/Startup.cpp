@@ -25,8 +25,7 @@ constexpr const char* kNoVideoMessage = "Can't start the video mode";
 constexpr const char* kIconName = "MI_IDI_ICON1";
 constexpr const char* kBackupQuestion = " Load the crash backup??";
 constexpr const char* kSilentText = " No sound: look at Config";
-constexpr const char* kNotice =
-    "This is a beta version. Save your work often; should the program fail, your song is kept as backup.vtm.";
+constexpr const char* kNotice = " Beta version: save often!";
 
 std::string SkinPath(const std::string& startDirectory, const std::string& name) {
     return startDirectory + "/Skins/" + name;
@@ -81,7 +80,6 @@ int GMain::FirstInit() {
     bool fresh = false;
     std::string error;
     if (!InstallResources(m_szStartDir, fresh, error)) Complain(error);   // what is missing will be told below
-    if (fresh) ShowMessage(kTitle, kNotice);
     if (const int status = OpenPacks(); status != 0) return status;
     if (const int status = OpenSound(); status != 0) return status;
 
@@ -92,7 +90,7 @@ int GMain::FirstInit() {
     if (options_.curtain) m_pInterface->RunCurtain([this] { TakeEvents(); });
     m_pSndPlayer->Stop(0, 1);
     InstallSong(nullptr);
-    if (!OfferBackup() && !hasSoundDevice_) m_pInterface->Tell(kSilentText);
+    if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
     if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
     return 0;
 }
