@@ -80,6 +80,7 @@ private:
     std::string PutBackupAside();                    // where it is now
     void OnKeyDown(int scanCode);
     void OnClose();
+    int LeaveAtOnce();
     void TakeEvents();
     void Sleep();
 

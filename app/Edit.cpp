@@ -24,7 +24,7 @@ int Edit(const EditRequest& request) {
     GMain app(std::move(options));
     if (app.Init() != 0) return kFailed;
     const int status = app.Run();
-    app.Shutdown(true);
+    app.Shutdown(status == kDone);
     return status;
 }
 

@@ -3,6 +3,9 @@
 #include <thread>
 
 #include "app/Application.h"
+#include "app/CommandLine.h"
+#include "app/Interrupt.h"
+#include "app/Messages.h"
 #include "app/config/ConfigSettings.h"
 #include "interface/screens/DiskOpScreen.h"
 #include "platform/Debug.h"
@@ -11,17 +14,24 @@ namespace vonta {
 namespace {
 
 constexpr int kScanEscape = 41, kScanF4 = 61;         // USB HID usages
-constexpr int kForever = -1;
+constexpr int kWaitMs = 500;                         // of a minimised window, between two looks at signals
 
 }  // namespace
 
 int GMain::Run() {
     WindowEvent event;
-    while (!m_pTracker->m_bQuit) {
+    while (!m_pTracker->m_bQuit && !Interrupted()) {
         if (m_pWindow->PollEvent(event)) OnEvent(event);
         else OnIdle();
     }
-    return 0;
+    return m_pTracker->m_bQuit ? kDone : LeaveAtOnce();
+}
+
+// Told to end by the system, which may be going down: nobody is asked, and the song is kept.
+int GMain::LeaveAtOnce() {
+    std::string error;
+    if (!SaveBackup(error)) Complain(error);
+    return kInterrupted;
 }
 
 void GMain::OnIdle() {
@@ -32,7 +42,7 @@ void GMain::OnIdle() {
             return Init();
         }
         if (m_bActive) Frame();
-        else if (m_pWindow->WaitEvent(event, kForever)) OnEvent(event);
+        else if (m_pWindow->WaitEvent(event, kWaitMs)) OnEvent(event);
         return 0;
     });
 }

@@ -63,6 +63,7 @@ public:
     void OnCrash(int audioFault) override { CrashBackup(audioFault != 0); }
 
 protected:
+    bool SaveBackup(std::string& error);             // in the start directory
     void CreatePlayer();
     // What a device needs, up to the mixer turned on. 0, or 1 and what was wrong with it.
     int StartSound(void* windowHandle, const SoundChoice& sound, std::string& error);
@@ -74,7 +75,6 @@ protected:
     std::string m_szStartDir;                        // where the program works from
 
 private:
-    bool SaveBackup(std::string& error);             // in the start directory
 
     std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: a backup is being made
 };
