@@ -53,6 +53,7 @@ void TrackerState::ApplySynth() {
     {
         const SilentPause pause(player_);
         CurrentSong().SetSynth(request.slot, std::move(request.object));
+        CurrentSong().missingSynths.erase(request.slot);
     }
     applied_.songParts = true;
     request = {};
@@ -72,6 +73,7 @@ void TrackerState::ApplyEffects() {
     if (std::exchange(requests.clearEffects, false)) {
         const MixerPause pause(player_);
         for (int slot = 0; slot < kEffectSlots; ++slot) player_.GetMixer().SetEffect(slot, nullptr);
+        CurrentSong().missingEffects.clear();
         applied_.songParts = true;
     }
     auto& request = requests.effect;
@@ -79,6 +81,7 @@ void TrackerState::ApplyEffects() {
     {
         const MixerPause pause(player_);
         player_.GetMixer().SetEffect(request.slot, std::move(request.object));
+        CurrentSong().missingEffects.erase(request.slot);
     }
     applied_.songParts = true;
     request = {};

@@ -142,6 +142,7 @@ int Instrument::NextEnvelope(EnvelopeKind which) {
 
 int Instrument::SetSynth(std::unique_ptr<SynthPlugin> plugin) {
     synth = std::move(plugin);
+    missingSynth.clear();
     Store(kind, synth ? 1 : 0);
     return synth ? 0 : 1;
 }
