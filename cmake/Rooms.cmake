@@ -44,5 +44,6 @@ function(vonta_tests name)
         target_link_libraries(test_${name} PRIVATE vonta_${room})
     endforeach()
     gtest_discover_tests(test_${name} PROPERTIES LABELS ${name} TIMEOUT 300 RUN_SERIAL "$<BOOL:${ROOM_SERIAL}>"
+                         ENVIRONMENT "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0"
                          DISCOVERY_TIMEOUT 60)
 endfunction()

@@ -20,7 +20,7 @@ bool WantsBox() {
 void ShowMessage(const std::string& caption, const std::string& text) {
     const std::string line = text.substr(0, text.find_last_not_of('\n') + 1);
     std::fprintf(stderr, "%s%s%s\n", caption.c_str(), caption.empty() ? "" : ": ", line.c_str());
-    if (WantsBox()) SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_ERROR, caption.c_str(), text.c_str(), nullptr);
+    if (WantsBox()) SDL_ShowSimpleMessageBox(SDL_MESSAGEBOX_INFORMATION, caption.c_str(), text.c_str(), nullptr);
 }
 
 }  // namespace vonta
