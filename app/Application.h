@@ -74,6 +74,7 @@ private:
     int OpenDefaultSkin();
     int OpenChosenSkin();
     int OpenSound();
+    void ShowIcon();
     bool OfferBackup();
     void OnBackupWanted(ControlRecord& record);
     void OnBackupDeclined(ControlRecord& record);

@@ -68,6 +68,7 @@ void GMain::Update() {
         return;
     }
     m_pInterface->PollMouse();
+    m_pWindow->TakeText(m_pInterface->IsEditingText());   // else an input method would swallow notes
     m_pInterface->Paint();
     Sleep();
 }

@@ -75,7 +75,6 @@ protected:
     std::string m_szStartDir;                        // where the program works from
 
 private:
-
     std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: a backup is being made
 };
 

@@ -1,6 +1,9 @@
 #include "app/ResourceInstall.h"
 
+#include <cstdlib>
 #include <filesystem>
+#include <sstream>
+#include <vector>
 
 #include "app/config/ConfigFile.h"
 #include "app/config/ConfigInstall.h"
@@ -52,16 +55,26 @@ bool IsWanted(const Resource& row, const fs::path& original, const fs::path& cop
     return row.when == Install::WhenFresh ? fresh && !fs::exists(copy, failed) : !IsSame(original, copy);
 }
 
+// By the XDG rules.
+std::vector<fs::path> SharedDirectories() {
+    const char* value = std::getenv("XDG_DATA_DIRS");
+    std::istringstream list(value && *value ? value : "/usr/local/share:/usr/share");
+    std::vector<fs::path> directories;
+    for (std::string directory; std::getline(list, directory, ':');)
+        if (fs::path(directory).is_absolute()) directories.emplace_back(directory);
+    return directories;
+}
+
 }  // namespace
 
 std::string FindShippedDirectory() {
+    std::vector<fs::path> places;
     std::error_code failed;
-    const fs::path program = fs::read_symlink("/proc/self/exe", failed).parent_path();
-    if (failed) return {};
-    for (const char* place : {"../share/vonta", "../data"}) {
-        const fs::path directory = (program / place).lexically_normal();
-        if (fs::exists(directory / "Vonta.dat", failed)) return directory.string();
-    }
+    if (const fs::path program = fs::read_symlink("/proc/self/exe", failed).parent_path(); !failed)
+        places = {program / "../share/vonta", program / "../data"};
+    for (const fs::path& shared : SharedDirectories()) places.push_back(shared / "vonta");
+    for (const fs::path& place : places)
+        if (fs::exists(place / kResources[0].shipped, failed)) return place.lexically_normal().string();
     return {};
 }
 

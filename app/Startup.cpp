@@ -1,12 +1,13 @@
 #include <ctime>
 #include <filesystem>
-#include <optional>
+#include <vector>
 
 #include "app/Application.h"
 #include "app/Messages.h"
 #include "app/ResourceInstall.h"
 #include "app/config/ConfigFile.h"
 #include "app/config/ConfigSettings.h"
+#include "app/pack/ImageReader.h"
 #include "interface/screens/DiskOpScreen.h"
 #include "platform/Debug.h"
 
@@ -23,6 +24,7 @@ constexpr const char* kNoWindowMessage = "Window can't be created";
 constexpr const char* kWindowCaption = "WINDOW ERROR";
 constexpr const char* kNoVideoMessage = "Can't start the video mode";
 constexpr const char* kIconName = "MI_IDI_ICON1";
+constexpr const char* kIconEntry = "data\\icon.tga";
 constexpr const char* kBackupQuestion = " Load the crash backup??";
 constexpr const char* kSilentText = " No sound: look at Config";
 constexpr const char* kNotice = " Beta version: save often!";
@@ -81,6 +83,7 @@ int GMain::FirstInit() {
     std::string error;
     if (!InstallResources(m_szStartDir, fresh, error)) Complain(error);   // what is missing will be told below
     if (const int status = OpenPacks(); status != 0) return status;
+    ShowIcon();
     if (const int status = OpenSound(); status != 0) return status;
 
     DebugOutput("* Starting Enviroment...\n");
@@ -93,6 +96,21 @@ int GMain::FirstInit() {
     if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
     if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
     return 0;
+}
+
+// Desktops that find the program's entry have one from there; this is for the others.
+void GMain::ShowIcon() {
+    ImageRequest picture;
+    picture.pack = packs_.m_pDataPack.get();
+    picture.name = kIconEntry;
+    if (LoadImage(picture) != kImageOk) return;
+    std::vector<std::uint32_t> pixels(std::size_t{picture.width} * picture.height);
+    for (std::size_t i = 0; i < pixels.size(); ++i) {
+        const std::uint8_t* bgr = &picture.pixels[3 * i];
+        const std::uint32_t colour = bgr[2] * 0x10000u + bgr[1] * 0x100u + bgr[0];
+        pixels[i] = colour == 0 ? 0 : 0xFF000000u | colour;      // black is transparent
+    }
+    m_pWindow->SetIcon(pixels.data(), static_cast<int>(picture.width), static_cast<int>(picture.height));
 }
 
 int GMain::RestartVideo() {
