@@ -36,6 +36,7 @@ public:
             "--load=module-native-protocol-unix auth-anonymous=1 socket=" + socket_});
         if (!Await([this] { return ChildProcess({"pactl", "get-default-sink"}).Wait() == 0; }))
             throw std::runtime_error("pulseaudio (packages pulseaudio, pulseaudio-utils) does not start");
+        server_->Hasten();                           // what it does too late is no fault of ours
     }
     void Stop(int signal) { server_->Stop(signal); }
 
