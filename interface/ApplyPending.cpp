@@ -71,7 +71,7 @@ void TrackerState::ApplySample() {
 
 void TrackerState::ApplyEffects() {
     if (std::exchange(requests.clearEffects, false)) {
-        const MixerPause pause(player_);
+        const SilentPause pause(player_);
         for (int slot = 0; slot < kEffectSlots; ++slot) player_.GetMixer().SetEffect(slot, nullptr);
         CurrentSong().missingEffects.clear();
         applied_.songParts = true;

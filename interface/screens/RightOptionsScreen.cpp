@@ -35,7 +35,7 @@ void RightOptionsScreen::PaintControls() {
     if (HasPainted()) DeclareButtons(this, kRightOptionsLayout, kRows);
 }
 
-void RightOptionsScreen::OnPlay(ControlRecord& record) { State().Play(static_cast<std::uint8_t>(record.param)); }
+void RightOptionsScreen::OnPlay(ControlRecord& record) { Player().Play(static_cast<std::uint8_t>(record.param)); }
 void RightOptionsScreen::OnRecord(ControlRecord& record) { State().Play(static_cast<std::uint8_t>(record.param), true); }
 void RightOptionsScreen::OnStop(ControlRecord&) { State().StopSong(); }
 void RightOptionsScreen::OnScreen(ControlRecord& record) { Ui().ToggleScreen(record.param); }

@@ -94,6 +94,7 @@ TEST(OptionPanels, AButtonShowsItsScreenAndHidesItAgain) {
     rig.Click(kLeftOptionsLayout, kLeftAdd);
     EXPECT_EQ(rig.state.SongChannels(), channels + 2);
     rig.Click(kRightOptionsLayout, kRightRecordPattern);
+    rig.Click(kRightOptionsLayout, kRightPlaySong);          // what records goes on doing so
     EXPECT_TRUE(rig.player.IsPlaying() && rig.state.pending.m_bEditMode);
     rig.Click(kRightOptionsLayout, kRightStop);
     EXPECT_FALSE(rig.player.IsPlaying() || rig.state.pending.m_bEditMode);
