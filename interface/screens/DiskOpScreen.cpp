@@ -123,16 +123,17 @@ void DiskOpScreen::PaintRow(int row, int y) {
     const FileEntry& entry = list_.At(row);
     if (row == pressedRow_ || row == markedRow_) PaintMark(row - m_nListScroll);
     const std::string name = entry.isDirectory ? "\\" + entry.name : entry.name;
-    Text().m_fontStd.PrintClipped(kNameX, y - 1, kNameCharacters, name);
-    Text().m_fontStd.Print(kSizeX, y - 1, entry.isDirectory ? "     <DIR>"
+    Text().m_fontStd.PrintClipped(kNameX, y, kNameCharacters, name);
+    Text().m_fontStd.Print(kSizeX, y, entry.isDirectory ? "     <DIR>"
                                           : Formatted("%10llu", static_cast<unsigned long long>(entry.size)));
 }
 
 void DiskOpScreen::PaintMark(int visibleRow) {
     if (!Regions().IsBlitMode()) return;
     const LayoutItem& recess = Item(kDiskList);
-    const int y = kMarkY - 1 + visibleRow * kDiskRowHeight;
-    Surfaces().BlitRect(recess.x, y, Look().originX, Look().originY, recess.width, kDiskRowHeight,
+    const int y = kMarkY + visibleRow * kDiskRowHeight;
+    const int height = std::min(kDiskRowHeight, recess.y + recess.height - y);
+    Surfaces().BlitRect(recess.x, y, Look().originX, Look().originY, recess.width, height,
                         static_cast<int>(Look().surface), false);
 }
 
