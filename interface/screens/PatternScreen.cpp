@@ -209,7 +209,7 @@ void PatternScreen::DeclareScrollbar() {
 }
 
 void PatternScreen::OnSelect(ControlRecord& record) {
-    if (record.rightNow && !record.leftNow) {
+    if (record.rightNow) {
         State().SelectionOff();
     } else if (record.first || !State().pending.selection.m_bSelection) {
         State().SelectionStart(record.x, record.y);
