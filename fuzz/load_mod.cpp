@@ -1,5 +1,4 @@
-// Any bytes as a module of 31 instruments: loaded, saved natively and as it came, loaded from both again as the same,
-// and played.
+// Any bytes as a module of 31 instruments: loaded, saved natively or as it came, loaded again as the same, and played.
 #include <algorithm>
 
 #include "formats/LoaderMOD.h"
@@ -36,9 +35,12 @@ Bytes MostlySmall(Bytes bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     auto song = LoadSong<LoaderMOD>(MostlySmall({data, data + size}));
     if (!song) return 0;
-    RequireModSurvives(*song);
-    for (int i = 2; i < 30; ++i) song->SetInstrument(i, nullptr);    // one is as good as another, and cheaper than all
-    RequireSongSurvives(*song);
+    if (song->title.size() % 2 == 0) {               // one way or the other: 31 instruments make both of them slow
+        RequireModSurvives(*song);
+    } else {
+        for (int i = 2; i < 30; ++i) song->SetInstrument(i, nullptr);   // one is as good as another
+        RequireSongSurvives(*song);
+    }
     PlayMoment(std::move(song));
     return 0;
 }
