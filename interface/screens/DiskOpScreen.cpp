@@ -166,6 +166,16 @@ bool DiskOpScreen::OnWheel(int notches) {
     return true;
 }
 
+std::optional<ListKind> DiskOpScreen::List() const {
+    switch (m_nFileKind) {
+    case FileKind::Instrument:
+    case FileKind::Sample: return kListInstruments;
+    case FileKind::Synth: return kListSynths;
+    case FileKind::Effect: return kListEffects;
+    default: return {};
+    }
+}
+
 int DiskOpScreen::RowAt(const ControlRecord& record) const {
     const int visible = (record.y + Item(kDiskList).y - kMarkY) / kDiskRowHeight;
     const int row = m_nListScroll + std::clamp(visible, 0, kDiskRows - 1);

@@ -2,6 +2,7 @@
 // between two frames, so that the line which tells of it is on the screen meanwhile. DiskSave.cpp, DiskLoad.cpp.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "interface/DiskList.h"
@@ -19,6 +20,7 @@ public:
     void PaintBackground() override;
     void PaintControls() override;
     bool OnWheel(int notches) override;
+    std::optional<ListKind> List() const override;       // what is loaded goes into it
 
     void Toggle();                               // what the option panel's and its own button do
     void ShowKind(FileKind kind);                // and the screen, if it is hidden

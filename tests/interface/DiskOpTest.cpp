@@ -217,6 +217,23 @@ TEST(DiskOp, EachKindRemembersItsDirectory) {
     EXPECT_EQ(rig.Disk().Directory(), rig.directory.File("Skins"));
 }
 
+TEST(DiskOp, TheMainPanelListsWhatIsLoaded) {
+    DiskRig rig;
+    const struct { FileKind kind; int screen; ListKind list; } cases[] = {
+        {FileKind::Synth, kScreenPattern, kListSynths},     {FileKind::Effect, kScreenPattern, kListEffects},
+        {FileKind::Song, kScreenMultiFx, kListEffects},     {FileKind::Sample, kScreenMultiFx, kListInstruments},
+        {FileKind::Instrument, kScreenSynth, kListInstruments}, {FileKind::Song, kScreenPattern, kListInstruments},
+    };
+    for (const auto& [kind, screen, list] : cases) {
+        rig.ui.ShowScreen(screen);
+        rig.Press(kDiskKind + static_cast<int>(kind));
+        EXPECT_EQ(rig.ui.CurrentList(), list) << static_cast<int>(kind);
+    }
+    rig.Press(kDiskKind + static_cast<int>(FileKind::Synth));
+    rig.Press(kDiskExit);
+    EXPECT_EQ(rig.ui.CurrentList(), kListInstruments);
+}
+
 TEST(DiskOp, AClickPastTheListsEndOrLetGoElsewhereDoesNothing) {
     DiskRig rig;
     rig.directory.Write("a.xm", "x");
