@@ -32,6 +32,7 @@ void GMain::Shutdown(bool graceful) {
     m_pInterface.reset();
     m_pTracker.reset();
     ShutdownPlayer();
+    if (m_pWindow) DebugOutput("* (WM_DESTROY) Program Exit\n");
     m_pWindow.reset();
 }
 

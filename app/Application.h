@@ -79,6 +79,8 @@ private:
     void OnBackupWanted(ControlRecord& record);
     void OnBackupDeclined(ControlRecord& record);
     std::string PutBackupAside();                    // where it is now
+    void BeginLongWork();                            // LongWork.cpp, as the next
+    void OpenCurtain();
     void OnKeyDown(int scanCode);
     void OnClose();
     int LeaveAtOnce();

@@ -116,7 +116,10 @@ void GMain::OnKeyDown(int scanCode) {
 
 // Many desktops make a close request of Alt and F4, which here copies the block.
 void GMain::OnClose() {
-    if (!m_pInterface->AltHeld()) return m_pInterface->AskToQuit();
+    if (!m_pInterface->AltHeld()) {
+        stopLongWork_ = true;                        // or nobody could answer
+        return m_pInterface->AskToQuit();
+    }
     m_pInput->OnKey(kScanF4, true);
     m_pInput->OnKey(kScanF4, false);
 }

@@ -1,4 +1,4 @@
-// Work that takes longer than a frame: the window shows how far it is, and Escape ends it.
+// Work that takes longer than a frame: the window shows how far it is, and Escape or a close request ends it.
 #include <algorithm>
 
 #include "app/Application.h"
@@ -31,13 +31,28 @@ private:
 
 }  // namespace
 
-int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::string& error) {
-    ShownProgress progress(*this, m_pSndPlayer->GetSong().GetPatternPosLenght());
+void GMain::BeginLongWork() {
     inLongWork_ = true;
     stopLongWork_ = false;
+}
+
+// Escape only cuts it short.
+void GMain::OpenCurtain() {
+    BeginLongWork();
+    m_pInterface->RunCurtain([this] {
+        TakeEvents();
+        return !stopLongWork_;
+    });
+    inLongWork_ = false;
+}
+
+int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::string& error) {
+    ShownProgress progress(*this, m_pSndPlayer->GetSong().GetPatternPosLenght());
+    BeginLongWork();
     const MixdownResult result = Mixdown(*m_pSndPlayer, base, options, {}, &progress);
     inLongWork_ = false;
-    m_pInput->Reset();                               // what was pressed meanwhile was not meant for the song
+    m_pInterface->ForgetKeys();                      // what was pressed meanwhile was not meant for the song
+    m_pInput->SkipMouse();
     error = result.error;
     if (!result.dropped.empty()) error = result.dropped.front() + " cannot be written";
     return result.ok && result.dropped.empty() ? 0 : 1;

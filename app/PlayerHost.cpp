@@ -46,13 +46,14 @@ int PlayerHost::StartPlayer(const std::optional<SoundChoice>& sound) {
     DebugOutput("* Init program...\n");
     CreatePlayer();
     std::string error;
-    if (!sound || StartSound(nullptr, *sound, error) == 0) return 0;
+    if (!sound) return 0;
+    DebugOutput(kStartingPlayer);
+    if (StartSound(nullptr, *sound, error) == 0) return 0;
     Complain(error);
     return 1;
 }
 
 int PlayerHost::StartSound(void* windowHandle, const SoundChoice& sound, std::string& error) {
-    DebugOutput("* Starting m_pSndPlayer->..\n");
     const int kind = static_cast<int>(sound.kind);
     if (m_pSndPlayer->StartSound(windowHandle, kind, sound.deviceIndex, this, sound.sampleRate) != 0) {
         DebugOutput("*ERROR starting m_pSndPlayer->\n");

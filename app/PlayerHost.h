@@ -63,6 +63,8 @@ public:
     void OnCrash(int audioFault) override { CrashBackup(audioFault != 0); }
 
 protected:
+    static constexpr const char* kStartingPlayer = "* Starting m_pSndPlayer->..\n";   // of the debug log
+
     bool SaveBackup(std::string& error);             // in the start directory
     void CreatePlayer();
     // What a device needs, up to the mixer turned on. 0, or 1 and what was wrong with it.

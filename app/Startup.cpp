@@ -90,7 +90,7 @@ int GMain::FirstInit() {
     if (m_pInterface->Start(true) != 0) return Fail(kNoVideoMessage);
     m_pWindow->ShowCursor(m_config.Has(kHardwareMouse));
     DebugOutput("* Enviroment started\n");
-    if (options_.curtain) m_pInterface->RunCurtain([this] { TakeEvents(); });
+    if (options_.curtain) OpenCurtain();
     m_pSndPlayer->Stop(0, 1);
     InstallSong(nullptr);
     if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
@@ -127,6 +127,7 @@ int GMain::RestartVideo() {
 int GMain::OpenPacks() {
     packs_.m_pDataPack = OpenPack(m_szStartDir + "/Vonta.dat");
     if (!packs_.m_pDataPack) return Fail(kNoPackMessage);
+    DebugOutput(kStartingPlayer);
     if (m_config.Load(m_szStartDir + "/" + kConfigFile, m_szStartDir + "/" + kKeyTableFile) != 0)
         return Fail(kNoConfigMessage);
     if (const int status = OpenDefaultSkin(); status != 0) return status;

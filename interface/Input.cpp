@@ -29,6 +29,12 @@ void Input::PollMouse() {
     mouseQueue_.erase(mouseQueue_.begin());
 }
 
+void Input::SkipMouse() {
+    if (!mouseQueue_.empty()) mouse_ = mouseQueue_.back();
+    mouseQueue_.clear();
+    wheel_ = 0;
+}
+
 void Input::Reset() {
     queue_.clear();
     count_ = 0;

@@ -39,6 +39,7 @@ public:
     // The mouse as the next frame sees it: each change of a button in a frame of its own, so that a click between two
     // frames is one, at its place.
     void PollMouse();
+    void SkipMouse();                            // to where it is now: what it did meanwhile is forgotten
     float GetMouseWheel();                       // notches since the last call; up is positive
     int MouseX() const { return mouse_.x; }
     int MouseY() const { return mouse_.y; }

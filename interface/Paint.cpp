@@ -36,6 +36,7 @@ void TrackerInterface::Paint() {
     regions_.Clear();
     PaintScreens();
     PaintText();
+    if (IsBusy()) PaintBusy();
     if (state_.m_bDialogOpen) PaintQuestion();
     PaintOverlays();
 }
@@ -77,7 +78,6 @@ void TrackerInterface::PaintScreens() {
     if (!state_.m_bDialogOpen) regions_.PaintPressed(input_.MouseX(), input_.MouseY());
     regions_.SetBlitMode(false);
     fonts_.Mute(false);
-    if (IsBusy()) video_.BlitToBack(kLoadingLayout.x, kLoadingLayout.y, skin_.LoadSkinBitmap(kLoadingLayout.bitmap));
 }
 
 void TrackerInterface::PaintText() {
@@ -86,7 +86,6 @@ void TrackerInterface::PaintText() {
         if (slot != kScreenQuestion && IsVisible(slot)) GetScreen(slot).PaintControls();
     for (int slot = 0; slot < kScreens; ++slot)
         if (slot != kScreenQuestion && IsVisible(slot)) GetScreen(slot).PaintPixels();
-    if (IsBusy()) PaintBusyText();
     Unlock();
 }
 
@@ -107,10 +106,14 @@ void TrackerInterface::PaintQuestion() {
     Unlock();
 }
 
-void TrackerInterface::PaintBusyText() {
+// Covers the texts of the screens, too.
+void TrackerInterface::PaintBusy() {
     constexpr int kTextX = 286, kTextY = 305, kNameY = 320, kNameLength = 28;   // pixels, characters
+    video_.BlitToBack(kLoadingLayout.x, kLoadingLayout.y, skin_.LoadSkinBitmap(kLoadingLayout.bitmap));
+    if (!Lock()) return;
     fonts_.m_fontStd.Print(kTextX, kTextY, state_.m_bSaveRequested ? "Saving data..." : "Loading data...");
     fonts_.m_fontStd.PrintClipped(kTextX, kNameY, kNameLength, state_.m_szRequestedFile);
+    Unlock();
 }
 
 void TrackerInterface::PaintOverlays() {

@@ -90,7 +90,7 @@ void TrackerInterface::BlitCurtain(int open) {
     video_.Present();
 }
 
-void TrackerInterface::RunCurtain(const std::function<void()>& pump) {
+void TrackerInterface::RunCurtain(const std::function<bool()>& pump) {
     for (const int number : {1, 2, 3, 4, 5, 6, 7, 8, 13, 14}) skin_.LoadSkinBitmap(number);
     const std::uint32_t start = Now();
     for (int open = 0; open < kPictureWidth && !state_.m_bQuit;) {
@@ -98,7 +98,7 @@ void TrackerInterface::RunCurtain(const std::function<void()>& pump) {
         open = passed > kCurtainWait ? CurtainWay(passed - kCurtainWait) : 0;
         Paint();
         BlitCurtain(std::min(open, kPictureWidth));
-        pump();
+        if (!pump()) break;
         input_.Poll();
         input_.PollMouse();
         const bool touched = input_.EventCount() > 0 || input_.Left() || input_.Right();

@@ -57,8 +57,9 @@ public:
     // --- Start. Start.cpp. Goes through on the first run and after each change of the video mode.
     int Start(bool firstRun);                    // 0, or 1 if the mode cannot be had
     void ReleaseSurfaces();
-    // Opens, or is cut short by a key or a button of the mouse; the caller's pump takes the window's events each frame.
-    void RunCurtain(const std::function<void()>& pump);
+    // Opens, or is cut short by a key or a button of the mouse. The caller's pump takes the window's events each frame;
+    // false from it cuts it short too.
+    void RunCurtain(const std::function<bool()>& pump);
     void FadeOut(const std::function<void()>& pump);             // closes while the sound fades
     int VisualSurface() const { return visualSurface_; }         // slots of what the visual and the game draw on
     int GameSurface() const { return gameSurface_; }
@@ -129,7 +130,7 @@ private:
     void PaintScreens();
     void PaintText();
     void PaintQuestion();
-    void PaintBusyText();
+    void PaintBusy();
     void PaintOverlays();
     bool Lock();
     void Unlock();

@@ -59,5 +59,17 @@ TEST(Input, ARepeatIsArmedForAKeyAMaskAndAnActionUntilTheKeyIsDisarmed) {
     EXPECT_EQ(input.Repeat(kKeyDown, 0, 95), Input::kNotArmed);
 }
 
+TEST(Input, SkippingTheMouseForgetsItsClicksAndTheWheelButNotWhereItIs) {
+    Input input;
+    input.OnMouse(5, 6, true, false);
+    input.OnMouse(7, 8, false, false);
+    input.OnWheel(2);
+    input.SkipMouse();
+    input.PollMouse();
+    EXPECT_FALSE(input.Left());
+    EXPECT_EQ(input.MouseX(), 7);
+    EXPECT_EQ(input.GetMouseWheel(), 0);
+}
+
 }  // namespace
 }  // namespace vonta

@@ -23,7 +23,7 @@ TEST(Paint, WhileAQuestionIsOpenItsButtonsAloneAreLive) {
 }
 
 TEST(Paint, RecordingAndWorkOnFilesAreShown) {
-    InterfaceRig rig({}, OpenBuiltPacks());
+    InterfaceRig rig(SongBuilder().SineInstrument(0, 64).Note(12, 3, 50, 1).Build(), OpenBuiltPacks());
     const auto corner = [&] { rig.Frame(); return rig.display.PixelAt(2, 2); };
     const auto middle = [&] { rig.Frame(); return rig.display.PixelAt(290, 290); };
     const std::uint32_t plain = corner(), pattern = middle();
@@ -33,6 +33,20 @@ TEST(Paint, RecordingAndWorkOnFilesAreShown) {
     EXPECT_NE(middle(), pattern);
     rig.ui.CloseQuestion();                      // there was no such file
     EXPECT_EQ(middle(), pattern);
+    const auto box = [&] {
+        rig.state.m_bLoadRequested = true;
+        rig.Frame();
+        rig.ui.CloseQuestion();
+        std::vector<std::uint32_t> pixels;
+        for (int y = kLoadingLayout.y; y < kLoadingLayout.y + kLoadingLayout.height; ++y)
+            for (int x = kLoadingLayout.x; x < kLoadingLayout.x + kLoadingLayout.width; ++x)
+                pixels.push_back(rig.display.PixelAt(x, y));
+        return pixels;
+    };
+    rig.player.SetRow(10);
+    const auto above = box();
+    rig.player.SetRow(20);
+    EXPECT_TRUE(box() == above);                 // no text of the pattern comes through
 }
 
 TEST(Paint, ANewVideoModeShowsTheSamePicture) {
@@ -57,9 +71,16 @@ TEST(Paint, ANewVideoModeShowsTheSamePicture) {
 TEST(Curtain, OpensByItselfOrAtATouchAndClosesInSilence) {
     InterfaceRig rig({}, OpenBuiltPacks());
     const std::uint32_t start = rig.now;
-    rig.ui.RunCurtain([&] { rig.now += 20; });
+    rig.ui.RunCurtain([&] {
+        rig.now += 20;
+        return true;
+    });
     EXPECT_NEAR(rig.now - start, 4000 + 29 * 20, 60);   // 29 squared is wider than the picture
-    rig.ui.RunCurtain([&] { rig.Key(kKeySpace, true); });
+    rig.ui.RunCurtain([&] {
+        rig.Key(kKeySpace, true);
+        return true;
+    });
+    rig.ui.RunCurtain([] { return false; });
     rig.player.SetMasterVolume(0.8f);
     float last = 1;
     rig.ui.FadeOut([&] {
