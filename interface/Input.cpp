@@ -6,10 +6,21 @@
 #include "platform/Debug.h"
 
 namespace vonta {
+namespace {
+
+constexpr int kScanLeftControl = 224, kScanAltGr = 230;   // USB HID usages
+
+}  // namespace
 
 Input::Input() : repeats_(std::size_t{kMasks} * kKeys * kActions, kNotArmed) {}
 
+// The binding of Alt Gr counts on the left Control that comes with it on other systems.
 void Input::OnKey(int scanCode, bool pressed) {
+    if (scanCode == kScanAltGr) Queue(kScanLeftControl, pressed);
+    Queue(scanCode, pressed);
+}
+
+void Input::Queue(int scanCode, bool pressed) {
     const bool full = queue_.size() >= kMaxQueued;
     if (full && (pressed || queue_.size() >= 2 * kMaxQueued)) return;
     queue_.push_back({scanCode, pressed});

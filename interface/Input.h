@@ -47,6 +47,7 @@ public:
     bool Right() const { return mouse_.right; }
 
 private:
+    void Queue(int scanCode, bool pressed);
     struct KeyEvent { int scanCode = 0; bool pressed = false; };
     struct MouseEvent { int x = 400, y = 300; bool left = false, right = false; };
     std::vector<KeyEvent> queue_;

@@ -21,6 +21,22 @@ TEST(Input, EveryKeyHasAPlaceOnTheKeyboard) {
     for (const auto& c : cases) EXPECT_EQ(KeyOfScanCode(c.scanCode), c.key);
 }
 
+TEST(Input, AltGrComesWithTheLeftControl) {
+    constexpr int kScanAltGr = 230;
+    Input input;
+    input.OnKey(kScanAltGr, true);
+    input.OnKey(kScanAltGr, false);
+    input.Poll();
+    ASSERT_EQ(input.EventCount(), 4);
+    for (int i = 0; i < 4; ++i) {
+        int key = 0;
+        bool pressed = false;
+        input.GetEvent(i, key, pressed);
+        EXPECT_EQ(key, i % 2 == 0 ? kKeyLeftControl : kKeyAltGr);
+        EXPECT_EQ(pressed, i < 2);
+    }
+}
+
 TEST(Input, GivesTwentyEventsAPollAndLosesNoRelease) {
     Input input;
     for (int i = 0; i < 3 * Input::kMaxQueued; ++i) input.OnKey(4, true);
