@@ -161,7 +161,7 @@ constexpr Target kTargets[] = {
 };
 
 const Target* FindTarget(const fs::path& path) {
-    const auto found = std::ranges::find(kTargets, path.extension().string(), &Target::extension);
+    const auto found = std::ranges::find(kTargets, ExtensionOf(path.string()), &Target::extension);
     return found == std::end(kTargets) ? nullptr : found;
 }
 

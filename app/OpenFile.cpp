@@ -11,13 +11,19 @@ namespace vonta {
 
 const char* const kNewerPartsText = "holds parts of a newer format, which are left out";
 
+std::string ExtensionOf(const std::string& path) {
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& letter : extension)
+        if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+    return extension;
+}
+
 namespace {
 
 constexpr std::string_view kRawExtensions[] = {".raw", ".smp", ".sam", ".snd", ".iff"};
 
 bool IsRawByName(const std::string& path) {
-    return std::ranges::find(kRawExtensions, std::filesystem::path(path).extension().string()) !=
-           std::end(kRawExtensions);
+    return std::ranges::find(kRawExtensions, ExtensionOf(path)) != std::end(kRawExtensions);
 }
 
 std::unique_ptr<Sample> LoadNamedSample(const std::string& path, LoadReport& report) {

@@ -19,6 +19,8 @@ struct FileContent {
     explicit operator bool() const { return song || instrument || sample; }
 };
 
+std::string ExtensionOf(const std::string& path);    // with its point, in small letters
+
 // Any bytes can be a raw sample, so only a name says so: .raw, .smp, .sam, .snd or .iff. report.error says why there
 // is nothing.
 FileContent LoadFile(const std::string& path, LoadReport& report);

@@ -26,6 +26,7 @@ std::uint32_t Frames(const nlohmann::json& file) {
 TEST_F(ConvertTest, EveryKindBecomesEveryFormat) {
     directory_.Write("song.xm", AsText(SmallXm().Build()));
     ASSERT_EQ(Run({"convert", "song.xm", "part.vti"}).status, 0);
+    ASSERT_EQ(Run({"convert", "song.xm", "LOUD.MOD"}).status, 0);
     ASSERT_EQ(Run({"convert", "part.vti", "wave.wav"}).status, 0);
     const struct { const char *extension, *format; } kTargets[] = {
         {".vtm", "VTM"}, {".xm", "XM"}, {".mod", "MOD"}, {".vti", "VTI"}, {".wav", "WAV"}};
