@@ -32,8 +32,6 @@ struct TrackerOptions {
 
 class GMain final : public PlayerHost, public InterfaceHost {
 public:
-    static constexpr const char* kTitle = "Vonta Tracker beta 0.81";
-
     explicit GMain(TrackerOptions options);
     ~GMain() override;
 
@@ -54,13 +52,10 @@ public:
     void RequestVideoRestart() override { m_bRestartVideo = true; }
     const std::string& GetStartDir() const override { return m_szStartDir; }
     int MixDown(const std::string& base, const MixdownOptions& options, std::string& error) override;
-    bool OnLongWork(const std::string& text, float fraction) override;
     bool HasSoundDevice() const override { return hasSoundDevice_; }
 
     TrackerInterface& GetInterface() { return *m_pInterface; }
     TrackerState& GetTracker() { return *m_pTracker; }
-    Config& GetConfig() { return m_config; }
-    Video* GetVideo() { return m_pVideo.get(); }
 
 protected:
     void OnBackup(const std::string& message, bool audioFault) override;
@@ -79,13 +74,17 @@ private:
     void OnBackupWanted(ControlRecord& record);
     void OnBackupDeclined(ControlRecord& record);
     std::string PutBackupAside();                    // where it is now
-    void BeginLongWork();                            // LongWork.cpp, as the next
+    class ShownProgress;                             // LongWork.cpp, as the next three
+    void BeginLongWork();
+    bool ShowProgress(float fraction);               // false if the user wants to stop
     void OpenCurtain();
     void OnKeyDown(int scanCode);
     void OnClose();
     int LeaveAtOnce();
     void TakeEvents();
     void Sleep();
+    void TurnOnce();
+    void TellOfException(const char* reason);
 
     TrackerOptions options_;
     // In the order of their creation: what comes later uses what came before.

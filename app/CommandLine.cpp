@@ -26,7 +26,6 @@
 namespace vonta {
 namespace {
 
-constexpr const char* kVersionText = "Vonta Tracker beta " VONTA_VERSION;
 
 constexpr const char* kTrackerCommand = "edit";
 
@@ -57,11 +56,11 @@ void SendLogToErrorOutput() {
 }
 
 void BuildCommands(CLI::App& app, Command& chosen) {
-    app.set_version_flag("--version", kVersionText);
+    app.set_version_flag("--version", kProgramTitle);
     app.require_subcommand(1);
     for (const auto& row : kCommands) {
         CLI::App& command = *app.add_subcommand(row.name, row.help);
-        command.set_version_flag("--version", kVersionText);
+        command.set_version_flag("--version", kProgramTitle);
         command.add_flag_callback("--log", SendLogToErrorOutput, "Print the debug lines to the error output");
         row.add(command, chosen);
     }

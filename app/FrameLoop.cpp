@@ -1,6 +1,8 @@
 #include <chrono>
-#include <iterator>
+#include <exception>
+#include <new>
 #include <thread>
+#include <utility>
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
@@ -34,17 +36,36 @@ int GMain::LeaveAtOnce() {
     return kInterrupted;
 }
 
+// A file that asks for more memory than there is ends the work on it, never the program with the song.
 void GMain::OnIdle() {
     Guarded([this] {
-        WindowEvent event;
-        if (m_bRestartVideo) {
-            m_config.flags ^= kFullscreen;
-            return Init();
+        try {
+            TurnOnce();
+        } catch (const std::bad_alloc&) {
+            TellOfException("out of memory");
+        } catch (const std::exception& error) {
+            TellOfException(error.what());
         }
-        if (m_bActive) Frame();
-        else if (m_pWindow->WaitEvent(event, kWaitMs)) OnEvent(event);
         return 0;
     });
+}
+
+void GMain::TurnOnce() {
+    WindowEvent event;
+    if (m_bRestartVideo) {
+        m_config.flags ^= kFullscreen;
+        Init();
+    } else if (m_bActive) {
+        Frame();
+    } else if (m_pWindow->WaitEvent(event, kWaitMs)) {
+        OnEvent(event);
+    }
+}
+
+void GMain::TellOfException(const char* reason) {
+    m_bRestartVideo = inLongWork_ = m_pTracker->m_bSaveRequested = m_pTracker->m_bLoadRequested = false;
+    Complain(reason);
+    m_pInterface->Tell(reason);
 }
 
 void GMain::Frame() {

@@ -12,24 +12,24 @@ constexpr std::uint32_t kShowPeriodMs = 50;
 // Below the two lines of the "Saving data..." picture.
 constexpr Rect kBar{286, 337, 228, 4};
 
-class ShownProgress final : public MixdownProgress {
+}  // namespace
+
+class GMain::ShownProgress final : public MixdownProgress {
 public:
-    ShownProgress(InterfaceHost& host, std::uint32_t positions) : host_(host), positions_(std::max(positions, 1u)) {}
+    ShownProgress(GMain& app, std::uint32_t positions) : app_(app), positions_(std::max(positions, 1u)) {}
 
     bool OnBlock(const MixdownState& state) override {
         if (Milliseconds() - lastShown_ < kShowPeriodMs) return true;
         lastShown_ = Milliseconds();
         const auto done = static_cast<float>(state.position) / static_cast<float>(positions_);
-        return host_.OnLongWork({}, std::clamp(done, 0.0f, 1.0f));
+        return app_.ShowProgress(std::clamp(done, 0.0f, 1.0f));
     }
 
 private:
-    InterfaceHost& host_;
+    GMain& app_;
     std::uint32_t positions_;
     std::uint32_t lastShown_ = 0;
 };
-
-}  // namespace
 
 void GMain::BeginLongWork() {
     inLongWork_ = true;
@@ -58,7 +58,7 @@ int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::
     return result.ok && result.dropped.empty() ? 0 : 1;
 }
 
-bool GMain::OnLongWork(const std::string&, float fraction) {
+bool GMain::ShowProgress(float fraction) {
     TakeEvents();
     if (!m_bActive) return !stopLongWork_;
     m_pInterface->Paint();

@@ -4,6 +4,9 @@
 #include <cstdio>
 
 namespace vonta {
+
+const char* const kProgramTitle = "Vonta Tracker beta " VONTA_VERSION;
+
 namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";   // U+FFFD

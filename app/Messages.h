@@ -12,6 +12,8 @@ enum class Layout { Replace, Keep };                 // of tabs and line feeds
 // and characters that change the direction of writing become U+FFFD.
 std::string Printable(std::string_view text, Layout layout = Layout::Replace);
 
+extern const char* const kProgramTitle;              // with the version: of the window, and of --version
+
 // "vonta: SUBJECT: REASON" on the error output.
 void Complain(std::string_view subject, std::string_view reason);
 void Complain(std::string_view reason);

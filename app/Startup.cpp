@@ -66,7 +66,7 @@ bool GMain::OpenWindow() {
         Complain(error);
         return false;
     }
-    if (!m_pWindow->Create(kTitle, kIconName)) ShowMessage(kWindowCaption, kNoWindowMessage);
+    if (!m_pWindow->Create(kProgramTitle, kIconName)) ShowMessage(kWindowCaption, kNoWindowMessage);
     return true;
 }
 
@@ -114,8 +114,8 @@ void GMain::ShowIcon() {
 }
 
 int GMain::RestartVideo() {
-    const fs::path before = fs::current_path();
     std::error_code failed;
+    const fs::path before = fs::current_path(failed);    // which may have been removed meanwhile
     fs::current_path(m_szStartDir, failed);
     m_pInterface->ReleaseSurfaces();
     const int status = m_pInterface->Start(false);

@@ -19,8 +19,6 @@ public:
     // The song that plays, to WAV files; the window shows how far it is, and Escape cancels. 0 on success, else error
     // says why; a cancelled mixdown is 1 with an empty error.
     virtual int MixDown(const std::string& base, const MixdownOptions& options, std::string& error) = 0;
-    // Call while long work runs on this thread: events are taken, the text is shown. False if the user wants to stop.
-    virtual bool OnLongWork(const std::string& text, float fraction) = 0;
     virtual bool HasSoundDevice() const = 0;     // false: the configured one could not be had, nothing sounds
 };
 

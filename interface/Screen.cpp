@@ -13,6 +13,10 @@ Skin& Screen::Pictures() const { return ui_.Pictures(); }
 Fonts& Screen::Text() const { return ui_.Text(); }
 MouseRegions& Screen::Regions() const { return ui_.Regions(); }
 
+void Screen::PrintCentred(const LayoutItem& item, const Font& font, std::string_view text) const {
+    font.Print(item.x + (item.width - font.WidthOf(text)) / 2, item.y + (item.height - Font::kHeight) / 2, text);
+}
+
 void Screen::PaintLayout(const ScreenLayout& layout) {
     const int picture = Pictures().LoadSkinBitmap(layout.bitmap);
     Surfaces().BlitToBack(layout.x, layout.y, picture);

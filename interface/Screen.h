@@ -17,6 +17,7 @@ class TrackerInterface;
 class TrackerState;
 class Video;
 struct Config;
+class Font;
 struct Fonts;
 struct Song;
 template <class S> struct ControlRow;
@@ -64,6 +65,7 @@ protected:
     Fonts& Text() const;
     MouseRegions& Regions() const;
 
+    void PrintCentred(const LayoutItem& item, const Font& font, std::string_view text) const;
     // Blits the layout's bitmap at its place and remembers the pressed look for the controls.
     void PaintLayout(const ScreenLayout& layout);
     const PressedLook& Look() const { return look_; }

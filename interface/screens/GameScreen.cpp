@@ -22,10 +22,7 @@ void GameScreen::PaintBackground() { PaintLayout(kGameLayout); }
 
 void GameScreen::PaintControls() {
     if (!HasPainted()) return;
-    const LayoutItem& picture = ItemOf(kGameLayout, kGamePicture);
-    const Font& font = Text().m_fontStd;
-    font.Print(picture.x + (picture.width - font.WidthOf(kNothingLoaded)) / 2, picture.y + (picture.height - Font::kHeight) / 2,
-               kNothingLoaded);
+    PrintCentred(ItemOf(kGameLayout, kGamePicture), Text().m_fontStd, kNothingLoaded);
     DeclareButtons(this, kGameLayout, kRows);
     const LayoutItem& play = ItemOf(kGameLayout, kGamePlay);
     Text().m_fontSmall.Print(play.x + (play.width - 4 * Text().m_fontSmall.Advance()) / 2, play.y + 2, "Play");

@@ -20,10 +20,7 @@ void VisualScreen::PaintBackground() { PaintLayout(kVisualLayout); }
 
 void VisualScreen::PaintControls() {
     if (!HasPainted()) return;
-    const LayoutItem& picture = ItemOf(kVisualLayout, kVisualPicture);
-    const Font& font = Text().m_fontStd;
-    font.Print(picture.x + (picture.width - font.WidthOf(kNothingLoaded)) / 2, picture.y + (picture.height - Font::kHeight) / 2,
-               kNothingLoaded);
+    PrintCentred(ItemOf(kVisualLayout, kVisualPicture), Text().m_fontStd, kNothingLoaded);
     DeclareButtons(this, kVisualLayout, kRows);
 }
 

@@ -92,6 +92,9 @@ TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
 TEST_F(Tracker, RestartsTheVideoWithoutTouchingTheSong) {
     ASSERT_EQ(Start(), 0);
     const Song* song = &CurrentSong();
+    fs::create_directory(home_.Path() / "gone");
+    fs::current_path(home_.Path() / "gone");
+    fs::remove(home_.Path() / "gone");                   // what a user may do meanwhile
     app_->RequestVideoRestart();
     Frames(2);
     EXPECT_TRUE(window_->Screen().IsFullscreen());

@@ -23,7 +23,6 @@ struct RigHost final : InterfaceHost {
     void RequestVideoRestart() override { ++videoRestarts; }
     const std::string& GetStartDir() const override { return startDir; }
     int MixDown(const std::string&, const MixdownOptions&, std::string& error) override { error = "none here"; return 1; }
-    bool OnLongWork(const std::string&, float) override { return true; }
     bool HasSoundDevice() const override { return true; }
 
     std::string startDir;
