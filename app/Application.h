@@ -8,15 +8,15 @@
 #include <memory>
 #include <string>
 
-#include "app/PlayerHost.h"
 #include "app/config/Config.h"
 #include "app/config/Environment.h"
-#include "interface/Input.h"
+#include "app/PlayerHost.h"
 #include "interface/InterfaceHost.h"
-#include "interface/Skin.h"
+#include "interface/keys/Input.h"
+#include "interface/skin/Skin.h"
 #include "interface/TrackerInterface.h"
-#include "interface/TrackerState.h"
-#include "interface/Video.h"
+#include "interface/video/Video.h"
+#include "interface/view/TrackerState.h"
 #include "platform/OsWindow.h"
 
 namespace vonta {

@@ -13,7 +13,7 @@
 #include "app/Messages.h"
 #include "app/OpenFile.h"
 #include "app/Render.h"
-#include "formats/SaverVTI.h"
+#include "formats/native/SaverVTI.h"
 
 namespace vonta {
 namespace {

@@ -5,7 +5,7 @@
 #include <ostream>
 
 #include "app/Messages.h"
-#include "engine/Channel.h"
+#include "engine/channels/Channel.h"
 
 namespace vonta {
 namespace {

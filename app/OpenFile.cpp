@@ -4,8 +4,8 @@
 #include <filesystem>
 
 #include "app/Messages.h"
-#include "formats/LoaderWAV.h"
 #include "formats/OpenToLoad.h"
+#include "formats/samples/LoaderWAV.h"
 
 namespace vonta {
 

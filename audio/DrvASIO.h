@@ -13,7 +13,7 @@
 
 #include "audio/AsioStarter.h"
 #include "audio/DrvSound.h"
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 #include "platform/AsioDriver.h"
 
 namespace vonta {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 #include "platform/Debug.h"
 
 namespace vonta {

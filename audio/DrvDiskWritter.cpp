@@ -4,7 +4,7 @@
 #include <array>
 
 #include "audio/Truncated16.h"
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 
 namespace vonta {
 

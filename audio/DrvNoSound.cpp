@@ -1,6 +1,6 @@
 #include "audio/DrvNoSound.h"
 
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 
 namespace vonta {
 

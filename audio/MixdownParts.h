@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 
 namespace vonta {
 

@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <limits>
 
-#include "formats/WavFormat.h"
+#include "formats/samples/WavFormat.h"
 
 namespace vonta {
 namespace {

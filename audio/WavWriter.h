@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/EqBand.h"
-#include "engine/Filter.h"
+#include "engine/mix/EqBand.h"
+#include "engine/mix/Filter.h"
 #include "platform/FlushToZero.h"
 
 namespace vonta {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/MixLoop.h"
+#include "engine/mix/MixLoop.h"
 
 namespace vonta {
 namespace {

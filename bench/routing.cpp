@@ -1,7 +1,7 @@
 // What the stages after the mix loop cost, in frames a second; divide by the voices for one voice's share.
 #include <benchmark/benchmark.h>
 
-#include "engine/Stages.h"
+#include "engine/mix/Stages.h"
 #include "tests/support/SoundRig.h"
 
 namespace vonta {

@@ -1,11 +1,11 @@
 // What a busy frame costs before it is shown: its blits, its text and its lines.
-#include "interface/Video.h"
+#include "interface/video/Video.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
 
-#include "interface/Font.h"
+#include "interface/video/Font.h"
 #include "tests/support/VideoRig.h"
 
 namespace vonta {

@@ -5,7 +5,7 @@
 
 #include <array>
 
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 
 namespace vonta {
 namespace {

@@ -16,10 +16,10 @@
 #include <span>
 
 #include "audio/DrvSound.h"
-#include "engine/JamQueue.h"
-#include "engine/Mixer.h"
-#include "engine/PlayerCommand.h"
-#include "engine/PositionNotice.h"
+#include "engine/mix/Mixer.h"
+#include "engine/sequence/JamQueue.h"
+#include "engine/sequence/PlayerCommand.h"
+#include "engine/sequence/PositionNotice.h"
 #include "platform/Shared.h"
 #include "song/Song.h"
 

@@ -1,8 +1,8 @@
-#include "formats/LoaderAKP.h"
-#include "formats/LoaderSF2.h"
-#include "formats/LoaderVTI.h"
-#include "formats/LoaderXI.h"
+#include "formats/instruments/LoaderAKP.h"
+#include "formats/instruments/LoaderSF2.h"
+#include "formats/instruments/LoaderXI.h"
 #include "formats/Loaders.h"
+#include "formats/native/LoaderVTI.h"
 #include "formats/Repair.h"
 #include "platform/Debug.h"
 

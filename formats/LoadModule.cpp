@@ -1,8 +1,8 @@
-#include "formats/LoaderMOD.h"
-#include "formats/LoaderVTM.h"
-#include "formats/LoaderXM.h"
 #include "formats/Loaders.h"
+#include "formats/mod/LoaderMOD.h"
+#include "formats/native/LoaderVTM.h"
 #include "formats/Repair.h"
+#include "formats/xm/LoaderXM.h"
 #include "platform/Debug.h"
 
 namespace vonta {

@@ -1,8 +1,8 @@
-#include "formats/LoaderRaw.h"
-#include "formats/LoaderWAV.h"
 #include "formats/Loaders.h"
 #include "formats/OpenToLoad.h"
-#include "formats/SampleSetup.h"
+#include "formats/samples/LoaderRaw.h"
+#include "formats/samples/LoaderWAV.h"
+#include "formats/samples/SampleSetup.h"
 #include "platform/Debug.h"
 
 namespace vonta {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 #include "song/Song.h"
 
 namespace vonta {

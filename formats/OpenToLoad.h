@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "formats/FileStream.h"
 #include "formats/Loaders.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 

@@ -1,6 +1,6 @@
 #include "formats/ForeignSavers.h"
 #include "formats/Loaders.h"
-#include "formats/SaverVTM.h"
+#include "formats/native/SaverVTM.h"
 
 namespace vonta {
 namespace {

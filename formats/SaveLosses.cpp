@@ -5,7 +5,7 @@
 
 #include "formats/Comments.h"
 #include "formats/ForeignEffects.h"
-#include "formats/SampleSetup.h"
+#include "formats/samples/SampleSetup.h"
 
 namespace vonta {
 namespace {

@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "formats/ForeignSavers.h"
-#include "formats/LoaderVTI.h"
-#include "formats/LoaderVTM.h"
-#include "formats/SampleSetup.h"
-#include "formats/SaverVTI.h"
-#include "formats/SaverVTM.h"
+#include "formats/native/LoaderVTI.h"
+#include "formats/native/LoaderVTM.h"
+#include "formats/native/SaverVTI.h"
+#include "formats/native/SaverVTM.h"
+#include "formats/samples/SampleSetup.h"
 #include "fuzz/PlayMoment.h"
 
 namespace vonta {

@@ -2,8 +2,8 @@
 #include <array>
 #include <cstdint>
 
-#include "formats/Chunks.h"
-#include "formats/Record.h"
+#include "formats/streams/Chunks.h"
+#include "formats/streams/Record.h"
 
 namespace vonta {
 namespace {

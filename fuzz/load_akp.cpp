@@ -1,5 +1,5 @@
 // Any bytes as a keygroup program beside a WAV file named "tone".
-#include "formats/LoaderAKP.h"
+#include "formats/instruments/LoaderAKP.h"
 #include "fuzz/SavedForms.h"
 #include "tests/support/TempDirectory.h"
 #include "tests/support/WavBuilder.h"

@@ -8,7 +8,7 @@
 #include "app/config/ConfigSettings.h"
 #include "app/config/ConfigText.h"
 #include "app/config/Environment.h"
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 namespace {

@@ -1,7 +1,7 @@
 // Any bytes as a module of 31 instruments: loaded, saved natively or as it came, loaded again as the same, and played.
 #include <algorithm>
 
-#include "formats/LoaderMOD.h"
+#include "formats/mod/LoaderMOD.h"
 #include "fuzz/SavedForms.h"
 #include "fuzz/Small.h"
 

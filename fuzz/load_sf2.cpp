@@ -1,5 +1,5 @@
 // Any bytes as a SoundFont.
-#include "formats/LoaderSF2.h"
+#include "formats/instruments/LoaderSF2.h"
 #include "fuzz/SavedForms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -1,7 +1,7 @@
 // Any bytes as a WAV file and as a raw one: refused with a reason; or a sample of whole frames that came from them, which
 // plays, and which a WAV file and an instrument hold.
-#include "formats/LoaderRaw.h"
-#include "formats/LoaderWAV.h"
+#include "formats/samples/LoaderRaw.h"
+#include "formats/samples/LoaderWAV.h"
 #include "fuzz/SavedForms.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // Any bytes as an Extended Instrument.
-#include "formats/LoaderXI.h"
+#include "formats/instruments/LoaderXI.h"
 #include "fuzz/SavedForms.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

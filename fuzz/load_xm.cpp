@@ -1,6 +1,6 @@
 // Any bytes as an Extended Module: refused with a reason; or loaded, saved natively and as it came, loaded from both
 // again as the same, and played.
-#include "formats/LoaderXM.h"
+#include "formats/xm/LoaderXM.h"
 #include "fuzz/SavedForms.h"
 #include "fuzz/Small.h"
 

@@ -1,7 +1,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "interface/Screens.h"
+#include "interface/screens/Screens.h"
 #include "interface/TrackerInterface.h"
 
 namespace vonta {

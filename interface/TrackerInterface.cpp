@@ -1,7 +1,7 @@
 #include "interface/TrackerInterface.h"
 
-#include "interface/Screens.h"
 #include "interface/screens/DiskOpScreen.h"
+#include "interface/screens/Screens.h"
 #include "platform/Clock.h"
 
 namespace vonta {

@@ -13,14 +13,14 @@
 #include <utility>
 
 #include "app/config/KeyTable.h"
-#include "interface/Font.h"
-#include "interface/Input.h"
 #include "interface/InterfaceHost.h"
-#include "interface/MouseRegions.h"
-#include "interface/Screen.h"
-#include "interface/Skin.h"
-#include "interface/TrackerState.h"
-#include "interface/Video.h"
+#include "interface/keys/Input.h"
+#include "interface/screens/Screen.h"
+#include "interface/skin/Skin.h"
+#include "interface/video/Font.h"
+#include "interface/video/Video.h"
+#include "interface/view/TrackerState.h"
+#include "interface/widgets/MouseRegions.h"
 
 namespace vonta {
 

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "engine/MixLoop.h"
+#include "engine/mix/MixLoop.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 

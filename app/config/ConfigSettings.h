@@ -7,7 +7,7 @@
 #include <cstdint>
 
 #include "app/config/Config.h"
-#include "engine/MixLoop.h"
+#include "engine/mix/MixLoop.h"
 #include "engine/SndPlayer.h"
 
 namespace vonta {

@@ -1,8 +1,8 @@
 #include "app/config/Environment.h"
 
 #include "app/config/ConfigFile.h"
-#include "engine/Effects.h"
-#include "formats/Record.h"
+#include "engine/sequence/Effects.h"
+#include "formats/streams/Record.h"
 
 namespace vonta {
 namespace {

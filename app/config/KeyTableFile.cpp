@@ -2,7 +2,7 @@
 
 #include "app/config/ConfigFile.h"
 #include "app/config/KeyTable.h"
-#include "formats/Record.h"
+#include "formats/streams/Record.h"
 
 namespace vonta {
 namespace {

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "interface/AboutEffect.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/FunLayouts.h"
 #include "interface/layout/TextLayouts.h"
+#include "interface/skin/AboutEffect.h"
+#include "interface/TrackerInterface.h"
 
 namespace vonta {
 namespace {

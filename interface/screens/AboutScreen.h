@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -1,8 +1,8 @@
 #include "interface/screens/AdvancedEditScreen.h"
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/AdvancedEditLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

@@ -1,7 +1,7 @@
 // Advanced edit: buttons that work on whole ranges of cells, and on instruments and samples.
 #pragma once
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
-#include "interface/Wave.h"
 #include "interface/layout/PatternPictures.h"
 #include "interface/layout/ScopesLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/video/Wave.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

@@ -1,7 +1,7 @@
 // The cells of the channels, over the lower part of the scopes panel: which are muted, marked or sound, and their waves.
 #pragma once
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -5,9 +5,9 @@
 #include <iterator>
 
 #include "app/config/ConfigSettings.h"
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/ConfigLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

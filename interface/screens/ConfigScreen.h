@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

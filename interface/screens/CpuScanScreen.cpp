@@ -1,9 +1,9 @@
 #include "interface/screens/CpuScanScreen.h"
 
 #include "engine/CpuScan.h"
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/TextLayouts.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

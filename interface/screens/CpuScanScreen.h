@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -5,9 +5,9 @@
 #include <filesystem>
 #include <system_error>
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/DiskOpLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

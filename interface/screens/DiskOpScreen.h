@@ -5,9 +5,9 @@
 #include <optional>
 #include <string>
 
-#include "interface/DiskList.h"
-#include "interface/SaveNames.h"
-#include "interface/Screen.h"
+#include "interface/screens/DiskList.h"
+#include "interface/screens/SaveNames.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -6,9 +6,9 @@
 
 #include "engine/SndPlayer.h"
 #include "formats/Loaders.h"
-#include "formats/SaverVTI.h"
-#include "interface/TrackerInterface.h"
+#include "formats/native/SaverVTI.h"
 #include "interface/screens/DiskOpScreen.h"
+#include "interface/TrackerInterface.h"
 
 namespace vonta {
 namespace {

@@ -1,7 +1,7 @@
 // The picture of a game plug-in.
 #pragma once
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

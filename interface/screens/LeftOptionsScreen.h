@@ -1,7 +1,7 @@
 // The left column of buttons: channels, and screens of the upper and the lower half.
 #pragma once
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "interface/Formatted.h"
-#include "interface/ListItems.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/MainLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/view/ListItems.h"
+#include "interface/widgets/Formatted.h"
 #include "platform/Shared.h"
 
 namespace vonta {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "interface/CellText.h"
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/PatternLayout.h"
 #include "interface/layout/PatternPictures.h"
+#include "interface/TrackerInterface.h"
+#include "interface/view/CellText.h"
+#include "interface/widgets/Formatted.h"
 #include "platform/Shared.h"
 
 namespace vonta {

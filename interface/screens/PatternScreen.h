@@ -5,8 +5,8 @@
 #include <array>
 #include <cstdint>
 
-#include "interface/PatternView.h"
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
+#include "interface/view/PatternView.h"
 
 namespace vonta {
 

@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/screens/DiskOpScreen.h"
 #include "interface/screens/ScrolledText.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

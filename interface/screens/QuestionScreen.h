@@ -2,8 +2,8 @@
 // Op's.
 #pragma once
 
-#include "interface/Screen.h"
 #include "interface/layout/QuestionLayouts.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

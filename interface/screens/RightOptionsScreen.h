@@ -1,7 +1,7 @@
 // The right column of buttons: transport and screens.
 #pragma once
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
-#include "interface/Wave.h"
 #include "interface/layout/PatternPictures.h"
 #include "interface/layout/ScopesLayout.h"
+#include "interface/TrackerInterface.h"
+#include "interface/video/Wave.h"
+#include "interface/widgets/Formatted.h"
 #include "platform/Clock.h"
 
 namespace vonta {

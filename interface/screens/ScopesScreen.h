@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 
 namespace vonta {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "interface/Font.h"
 #include "interface/layout/TextLayouts.h"
+#include "interface/video/Font.h"
 
 namespace vonta {
 namespace {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interface/MouseRegions.h"
+#include "interface/widgets/MouseRegions.h"
 
 namespace vonta {
 

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "interface/Formatted.h"
-#include "interface/TrackerInterface.h"
 #include "interface/layout/TextLayouts.h"
+#include "interface/TrackerInterface.h"
+#include "interface/widgets/Formatted.h"
 
 namespace vonta {
 namespace {

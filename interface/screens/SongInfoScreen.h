@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "interface/Screen.h"
+#include "interface/screens/Screen.h"
 #include "interface/screens/ScrolledText.h"
 
 namespace vonta {

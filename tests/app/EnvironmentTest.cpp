@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {

@@ -3,7 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "formats/Loaders.h"
-#include "formats/SaverVTI.h"
+#include "formats/native/SaverVTI.h"
 #include "tests/support/RunVonta.h"
 #include "tests/support/SmallXm.h"
 #include "tests/support/SongBuilder.h"

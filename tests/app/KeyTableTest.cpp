@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 #include "tests/support/ByteBuilder.h"
 
 namespace vonta {

@@ -8,7 +8,7 @@
 #include "audio/CreateDevice.h"
 #include "audio/DrvDiskWritter.h"
 #include "audio/DrvNoSound.h"
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <limits>
 
-#include "formats/WavFormat.h"
+#include "formats/samples/WavFormat.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TempDirectory.h"

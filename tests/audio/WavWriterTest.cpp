@@ -6,7 +6,7 @@
 #include <cstring>
 #include <vector>
 
-#include "formats/WavFormat.h"
+#include "formats/samples/WavFormat.h"
 #include "tests/support/TempDirectory.h"
 
 namespace vonta {

@@ -1,7 +1,7 @@
 // What each command does to a channel, read as a trace of period and volume over the ticks of its row.
 #include <gtest/gtest.h>
 
-#include "engine/Effects.h"
+#include "engine/sequence/Effects.h"
 #include "tests/support/PlayerRig.h"
 
 namespace vonta {

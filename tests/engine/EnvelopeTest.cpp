@@ -4,7 +4,7 @@
 #include <random>
 #include <vector>
 
-#include "engine/EnvelopeState.h"
+#include "engine/channels/EnvelopeState.h"
 
 namespace vonta {
 namespace {

@@ -1,4 +1,4 @@
-#include "engine/EqBand.h"
+#include "engine/mix/EqBand.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "engine/Filter.h"
+#include "engine/mix/Filter.h"
 
 #include <gtest/gtest.h>
 

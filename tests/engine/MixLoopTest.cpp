@@ -1,5 +1,5 @@
 // The mix loop against a slow twin that makes one frame at a time, and against figures worked out by hand.
-#include "engine/MixLoop.h"
+#include "engine/mix/MixLoop.h"
 
 #include <gtest/gtest.h>
 

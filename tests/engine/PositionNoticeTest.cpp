@@ -1,4 +1,4 @@
-#include "engine/PositionNotice.h"
+#include "engine/sequence/PositionNotice.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "engine/StereoSum.h"
+#include "engine/mix/StereoSum.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include <array>
 #include <filesystem>
 
-#include "formats/LoaderAKP.h"
+#include "formats/instruments/LoaderAKP.h"
 #include "tests/support/AkpBuilder.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempDirectory.h"

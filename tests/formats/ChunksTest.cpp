@@ -1,4 +1,4 @@
-#include "formats/Chunks.h"
+#include "formats/streams/Chunks.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "formats/Record.h"
+#include "formats/streams/Record.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/LogCapture.h"
 

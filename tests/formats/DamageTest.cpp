@@ -2,12 +2,12 @@
 // missing, and leaves something whole.
 #include <gtest/gtest.h>
 
-#include "formats/LoaderAKP.h"
-#include "formats/LoaderMOD.h"
-#include "formats/LoaderSF2.h"
-#include "formats/LoaderWAV.h"
-#include "formats/LoaderXI.h"
-#include "formats/LoaderXM.h"
+#include "formats/instruments/LoaderAKP.h"
+#include "formats/instruments/LoaderSF2.h"
+#include "formats/instruments/LoaderXI.h"
+#include "formats/mod/LoaderMOD.h"
+#include "formats/samples/LoaderWAV.h"
+#include "formats/xm/LoaderXM.h"
 #include "tests/support/AkpBuilder.h"
 #include "tests/support/Damage.h"
 #include "tests/support/ModBuilder.h"

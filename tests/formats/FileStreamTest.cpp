@@ -1,4 +1,4 @@
-#include "formats/FileStream.h"
+#include "formats/streams/FileStream.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -1,4 +1,4 @@
-#include "formats/LoaderXM.h"
+#include "formats/xm/LoaderXM.h"
 
 #include <gtest/gtest.h>
 

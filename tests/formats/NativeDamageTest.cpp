@@ -2,8 +2,8 @@
 // be saved and loaded again.
 #include <gtest/gtest.h>
 
-#include "formats/LoaderVTI.h"
-#include "formats/SaverVTI.h"
+#include "formats/native/LoaderVTI.h"
+#include "formats/native/SaverVTI.h"
 #include "tests/support/Damage.h"
 #include "tests/support/FullSong.h"
 

@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "formats/LoaderSF2.h"
+#include "formats/instruments/LoaderSF2.h"
 #include "tests/support/Damage.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/MemoryPeak.h"

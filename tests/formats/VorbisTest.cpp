@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "formats/VorbisData.h"
+#include "formats/native/VorbisData.h"
 #include "tests/support/OggPackets.h"
 #include "tests/support/SongBuilder.h"
 

@@ -1,9 +1,9 @@
 // Native instruments: as written, as read in every version, and as repaired.
 #include <gtest/gtest.h>
 
-#include "formats/LoaderVTI.h"
-#include "formats/SaverVTI.h"
-#include "formats/VorbisData.h"
+#include "formats/native/LoaderVTI.h"
+#include "formats/native/SaverVTI.h"
+#include "formats/native/VorbisData.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/LogCapture.h"

@@ -1,7 +1,7 @@
 // Native modules: as written, as read in every version, and as repaired.
 #include <gtest/gtest.h>
 
-#include "formats/LoaderVTM.h"
+#include "formats/native/LoaderVTM.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/FullSong.h"
 #include "tests/support/LogCapture.h"

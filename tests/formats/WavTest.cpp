@@ -2,9 +2,9 @@
 
 #include <cstdlib>
 
-#include "formats/LoaderRaw.h"
-#include "formats/LoaderWAV.h"
 #include "formats/Loaders.h"
+#include "formats/samples/LoaderRaw.h"
+#include "formats/samples/LoaderWAV.h"
 #include "tests/support/Damage.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/SongBuilder.h"

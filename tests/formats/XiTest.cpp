@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "formats/LoaderXI.h"
+#include "formats/instruments/LoaderXI.h"
 #include "tests/support/Damage.h"
 #include "tests/support/LogCapture.h"
 #include "tests/support/TempDirectory.h"

@@ -1,8 +1,8 @@
 // The pattern editor by its keys: what a key leaves in the cells, and where the cursor stands after it.
 #include <gtest/gtest.h>
 
-#include "interface/CellText.h"
-#include "interface/PatternView.h"
+#include "interface/view/CellText.h"
+#include "interface/view/PatternView.h"
 #include "tests/support/InterfaceRig.h"
 
 namespace vonta {

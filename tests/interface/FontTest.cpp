@@ -1,4 +1,4 @@
-#include "interface/Font.h"
+#include "interface/video/Font.h"
 
 #include <gtest/gtest.h>
 

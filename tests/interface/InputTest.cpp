@@ -1,4 +1,4 @@
-#include "interface/Input.h"
+#include "interface/keys/Input.h"
 
 #include <gtest/gtest.h>
 

@@ -4,7 +4,7 @@
 #include <set>
 #include <sstream>
 
-#include "interface/KeyEffects.h"
+#include "interface/keys/KeyEffects.h"
 #include "tests/support/InterfaceRig.h"
 
 namespace vonta {

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "interface/ListItems.h"
 #include "interface/layout/ConfigLayout.h"
 #include "interface/layout/MainLayout.h"
 #include "interface/layout/OptionsLayouts.h"
 #include "interface/layout/TextLayouts.h"
 #include "interface/screens/HelpScreen.h"
 #include "interface/screens/ScrolledText.h"
+#include "interface/view/ListItems.h"
 #include "tests/support/InterfaceRig.h"
 
 namespace vonta {

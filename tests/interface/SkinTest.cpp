@@ -1,4 +1,4 @@
-#include "interface/Skin.h"
+#include "interface/skin/Skin.h"
 
 #include <gtest/gtest.h>
 

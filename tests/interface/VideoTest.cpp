@@ -1,4 +1,4 @@
-#include "interface/Video.h"
+#include "interface/video/Video.h"
 
 #include <gtest/gtest.h>
 

@@ -10,10 +10,10 @@
 #include <unistd.h>
 
 #include "app/pack/ImageReader.h"
-#include "interface/AboutEffect.h"
-#include "interface/Skin.h"
 #include "interface/layout/Layout.h"
 #include "interface/layout/PatternPictures.h"
+#include "interface/skin/AboutEffect.h"
+#include "interface/skin/Skin.h"
 #include "tools/skin/Packs.h"
 
 namespace vonta {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "audio/DrvSound.h"
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 #include "tests/support/SongBuilder.h"
 #include "tests/support/TestPlugins.h"
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "interface/Skin.h"
+#include "interface/skin/Skin.h"
 
 namespace vonta {
 

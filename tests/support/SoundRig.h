@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "engine/Mixer.h"
+#include "engine/mix/Mixer.h"
 #include "song/Song.h"
 #include "tests/support/TestPlugins.h"
 

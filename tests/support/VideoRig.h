@@ -1,7 +1,7 @@
 // A video mode that nobody sees, and what it shows.
 #pragma once
 
-#include "interface/Video.h"
+#include "interface/video/Video.h"
 #include "platform/HeadlessWindow.h"
 #include "tests/support/PackBuilder.h"
 #include "tests/support/TempDirectory.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "interface/AboutEffect.h"
+#include "interface/skin/AboutEffect.h"
 #include "tools/skin/Splash.h"
 
 namespace vonta::skin {

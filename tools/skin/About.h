@@ -1,4 +1,4 @@
-// The pictures of the About screen, as interface/AboutEffect.h describes them.
+// The pictures of the About screen, as interface/skin/AboutEffect.h describes them.
 #pragma once
 
 #include <cstdint>

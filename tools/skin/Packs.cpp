@@ -5,8 +5,8 @@
 #include <optional>
 #include <stdexcept>
 
-#include "interface/Skin.h"
 #include "interface/layout/Layout.h"
+#include "interface/skin/Skin.h"
 #include "tools/skin/About.h"
 #include "tools/skin/Painters.h"
 #include "tools/skin/Pieces.h"
