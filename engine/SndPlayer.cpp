@@ -113,11 +113,17 @@ void SndPlayer::CloseDevice() {
     mixer_->device.reset();
 }
 
-void SndPlayer::SetSong(std::unique_ptr<Song> song) {
+std::unique_ptr<Song> SndPlayer::ExchangeSong(std::unique_ptr<Song> song) {
     if (!song) song = Song::MakeDefault();
-    if (song_) StopNotes();                       // voices and MIDI notes belong to the former song
-    for (int slot = 0; slot < kEffectSlots; ++slot) mixer_->SetEffect(slot, nullptr);
-    song_ = std::move(song);
+    if (song_) {
+        StopNotes();                              // voices and MIDI notes belong to the former song
+        song_->fxSlotTable = nullptr;
+        for (std::size_t slot = 0; slot < kEffectSlots; ++slot) {
+            if (mixer_->effects[slot]) mixer_->effects[slot]->Uninit();
+            song_->fxSlots[slot] = std::move(mixer_->effects[slot]);
+        }
+    }
+    std::swap(song_, song);
     ForgetSynthsSent();
     song_->fxSlotTable = &mixer_->effects;
     bpm_ = BoundedBpm(static_cast<float>(song_->GetBPM()));
@@ -133,6 +139,7 @@ void SndPlayer::SetSong(std::unique_ptr<Song> song) {
         if (song_->fxSlots[slot]) mixer_->SetEffect(static_cast<int>(slot), std::move(song_->fxSlots[slot]));
     for (const auto& instrument : song_->instruments)
         if (instrument && instrument->synth) instrument->synth->Init(0, 0, 0, mixer_->sampleRate);
+    return song;
 }
 
 void SndPlayer::Play(std::uint8_t flags) {

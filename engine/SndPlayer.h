@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <utility>
 
 #include "audio/DrvSound.h"
 #include "engine/mix/Mixer.h"
@@ -90,7 +91,9 @@ public:
     void Shutdown();                               // stops for good; the destructor does it too
 
     // Takes the song, or makes the default one of an empty argument; the former is destroyed. Inside a MixerPause.
-    void SetSong(std::unique_ptr<Song> song);
+    void SetSong(std::unique_ptr<Song> song) { ExchangeSong(std::move(song)); }
+    // The same, but gives the former song back, its effects with it, as they were: another exchange brings it back.
+    std::unique_ptr<Song> ExchangeSong(std::unique_ptr<Song> song);
     Song& GetSong() { return *song_; }
     Mixer& GetMixer() { return *mixer_; }
     DrvSound* GetDevice() { return mixer_->device.get(); }

@@ -73,7 +73,7 @@ const SampleData& SampleData::Source() const {
     const SampleData* data = this;
     for (int step = 0; data->isClone && step < kMaxCloneSteps; ++step) {
         const auto target = data->cloneOf.lock();
-        if (!target) break;
+        if (!target || target->parked) break;
         data = target.get();
     }
     return *data;
@@ -88,6 +88,18 @@ void SampleData::Unlink() {
         }
     }
     cloneOf.reset();
+}
+
+void SampleData::SwapWave(SampleData& other) {
+    std::swap(block, other.block);
+    std::swap(count, other.count);
+    std::swap(stereo, other.stereo);
+    std::swap(loopStart, other.loopStart);
+    std::swap(loopEnd, other.loopEnd);
+    std::swap(loopType, other.loopType);
+    std::swap(isClone, other.isClone);
+    std::swap(cloneOf, other.cloneOf);
+    std::swap(cloneId, other.cloneId);
 }
 
 void Sample::SetName(std::string_view text) { name = text.substr(0, kMaxNameLength); }

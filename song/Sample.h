@@ -35,6 +35,7 @@ struct SampleData {
     std::uint8_t isClone = 0;                    // no wave of its own
     std::weak_ptr<SampleData> cloneOf;           // what a clone plays; it does not keep it alive
     std::uint32_t cloneId = 0;                   // instrument in bits 8 to 15, sample in bits 0 to 7
+    std::uint8_t parked = 0;                     // taken out of the song, but kept: clones find it gone
 
     SampleData() = default;
     SampleData(const SampleData&) = delete;
@@ -45,6 +46,8 @@ struct SampleData {
     // Valid while the player is paused or on its thread.
     const SampleData& Source() const;
     void Unlink();
+    // Exchanges wave, loop and link with other data; who points here goes on doing so.
+    void SwapWave(SampleData& other);
     float* Wave() { return block ? block.get() + kHeadFloats : nullptr; }
     const float* Wave() const { return block ? block.get() + kHeadFloats : nullptr; }
 };
