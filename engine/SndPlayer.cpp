@@ -1,7 +1,6 @@
 #include "engine/SndPlayer.h"
 
 #include <algorithm>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -193,7 +192,7 @@ void SndPlayer::SetMixerOn(bool on) {
         if (timer) timer->Stop();
         WriteSilence();
         mixer_->restartBlock = 1;
-        while (inCallback && !faulted_) std::this_thread::yield();
+        gate_.AwaitOutside();
     } else if (timer && !timer->IsRunning()) {
         mixer_->restartBlock = 1;
         device->GetPosition(&mixer_->playPosition);

@@ -5,8 +5,8 @@
 // stopped: both are called the audio side here.
 //
 // Threads. Play, Stop and KillChannel post commands. Everything that replaces or frees a part of the song goes inside
-// a MixerPause; what frees waves, envelopes or plug-ins calls StopNotes there first, for sounding voices point into
-// them. Positions and single values are plain stores that the audio side sees at its next tick.
+// a CycleHold, which nobody hears, or inside a MixerPause if it takes longer than a moment; what frees waves, envelopes
+// or plug-ins calls StopInstrument or StopNotes there first, for sounding voices point into them. Positions and single values are plain stores that the audio side sees at its next tick.
 #pragma once
 
 #include <array>
@@ -17,6 +17,7 @@
 #include <utility>
 
 #include "audio/DrvSound.h"
+#include "engine/CycleGate.h"
 #include "engine/mix/Mixer.h"
 #include "engine/sequence/JamQueue.h"
 #include "engine/sequence/PlayerCommand.h"
@@ -107,6 +108,10 @@ public:
     // block of silence is on its way. Never on the audio side. Prefer MixerPause.
     void SetMixerOn(bool on);
     bool IsMixerOn() const;
+    CycleGate& GetCycleGate() { return gate_; }    // prefer CycleHold
+    // Ends what this instrument sounds, also as MIDI and on plug-ins, so that its waves, envelopes and plug-in may leave.
+    // Inside a CycleHold or a MixerPause.
+    void StopInstrument(int instrument);
     // Opens a lost device anew, which may run at another rate then. False if it is still gone. Not on the audio side.
     bool RestoreDevice();
 
@@ -254,7 +259,7 @@ private:
     Relaxed<SongEndListener*> songEndListener_{nullptr};
     std::uint8_t outputClass_ = 3;
     bool hostInput_ = false;                       // midiIn[0] is the device's own
-    std::atomic<bool> faulted_{false};             // the block cycle was cut short: inCallback stays set
+    CycleGate gate_;
     Cycle cycle_{*this};
 
     std::unique_ptr<Song> song_;
@@ -303,10 +308,21 @@ private:
     std::bitset<kMaxPositions * kMaxRows> visited_;
 };
 
-// One while the block cycle runs, in the whole process.
-extern std::atomic<std::uint8_t> inCallback;
+// Holds the audio side still between two blocks while it lives, for what takes microseconds: the device plays on what it
+// has, and nothing is heard of it. Nested ones are free, inside a MixerPause too. Never on the audio side.
+class CycleHold {
+public:
+    explicit CycleHold(SndPlayer& player) : gate_(player.GetCycleGate()) { gate_.Hold(); }
+    ~CycleHold() { gate_.Release(); }
+    CycleHold(const CycleHold&) = delete;
+    CycleHold& operator=(const CycleHold&) = delete;
 
-// Holds the audio side still while it lives; nested ones are free. Never on the audio side.
+private:
+    CycleGate& gate_;
+};
+
+// Stops the audio side and silences the device while it lives, for what takes its time; nested ones are free. Never on
+// the audio side.
 class MixerPause {
 public:
     explicit MixerPause(SndPlayer& player) : player_(player), wasOn_(player.IsMixerOn()) {

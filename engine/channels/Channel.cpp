@@ -78,6 +78,17 @@ void Channel::Kill() {
     Stop();
 }
 
+void Channel::LetGo() {
+    SwitchOffEnvelopes();
+    for (Voice& voice : voices) {
+        voice.position = voice.start = voice.end = voice.loopStart = voice.loopEnd = nullptr;
+        voice.loopType = VTSAMPLE_LOOP_NONE;
+        voice.fadeCount = 0;
+    }
+    active = tailFlag = 0;
+    instrument = kNoInstrument;
+}
+
 void Channel::SetVolume(float value) {
     targetVolume = value;
     for (Voice& voice : voices) voice.rampCount = kRampFrames;

@@ -76,6 +76,7 @@ struct Channel {
     void Reset();                                 // all but the MIDI note
     void Stop();                                  // ends the note with a fade
     void Kill();                                  // envelopes off, then Stop
+    void LetGo();                                 // ends at once, of wave and curves; keeps what a later row takes up
     void SwitchOffEnvelopes();
     void SetVolume(float value);                  // 0 to 128, reached by a ramp
     void SetPan(int voice, float value);          // 0 to 255, reached by a ramp

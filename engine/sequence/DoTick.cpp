@@ -181,6 +181,16 @@ void SndPlayer::PerformStop(std::uint8_t keepPlaying, std::uint32_t immediate) {
     }
 }
 
+void SndPlayer::StopInstrument(int instrument) {
+    const std::uint32_t now = Milliseconds();
+    for (auto* table : {&mixer_->channels, &mixer_->reserve})
+        for (const auto& channel : *table) {
+            if (channel->lastInstrument != instrument) continue;
+            SendMidiNoteOff(*channel, now);
+            channel->LetGo();
+        }
+}
+
 // Silent ticks start no notes; effect memories and tempo commands on the way come out right. The count is a host's:
 // bounded to some hours of ticks.
 void SndPlayer::SeekToTick(std::uint32_t ticks) {

@@ -10,21 +10,19 @@ namespace {
 constexpr std::uint32_t kChunkBytes = kRenderFrames * kDeviceFrameBytes;
 }
 
-std::atomic<std::uint8_t> inCallback{0};
-
 // A fault ends the sound and its timer but not the program: the handler saves the song. inCallback stays set then,
 // since what the cycle held is lost.
 bool SndPlayer::Cycle::OnTick() {
     const auto run = [](void* player) { static_cast<SndPlayer*>(player)->BlockCycle(); };
     if (RunGuarded(run, &player_)) return false;
-    player_.faulted_ = true;
+    player_.gate_.Lose();
     if (player_.crashHandler_) player_.crashHandler_->OnCrash(1);
     return true;
 }
 
 void SndPlayer::BlockCycle() {
+    if (!gate_.Enter()) return;
     const FlushToZero flush;
-    inCallback = 1;
     commands_.Drain([this](const PlayerCommand& command) { PerformCommand(command); });
     const bool synced = mixer_->device->IsSynced();
     if (synced) {
@@ -42,7 +40,7 @@ void SndPlayer::BlockCycle() {
     mixer_->writePosition = base;
     mixer_->restartBlock = 0;
     notice_.Report({song_->GetBPM(), pattern_, row_});
-    inCallback = 0;
+    gate_.Leave();
 }
 
 void SndPlayer::PerformCommand(const PlayerCommand& command) {

@@ -175,5 +175,18 @@ TEST(MidiStart, OpensOutputsAndThenInputsBehindTheSoundDevice) {
     EXPECT_FALSE(player.GetMixer().midiOut[1]);
 }
 
+TEST(MidiNote, OfAnInstrumentThatLeavesIsLetGoAlone) {
+    auto song = MidiSong();
+    song.Instrument(1, std::make_unique<Instrument>());
+    Midi(song, 1) = Midi(song);
+    Midi(song, 1).channel = 3;
+    song.Note(0, 0, 60, 1, 100).Note(0, 1, 62, 2, 100);
+    MidiRig rig(song.Build());
+    rig.Ticks(1);
+    rig.player.player.StopInstrument(0);
+    EXPECT_EQ(rig.Ticks(0), Messages{0x003C82});
+    EXPECT_EQ(rig.player.Track(1).midi.midiActive, 1);
+}
+
 }  // namespace
 }  // namespace vonta
