@@ -22,40 +22,30 @@ constexpr int TransposeId(int column, int scope, int amount) {
     return kAdvTranspose + (column * kTransposeScopes + scope) * kTransposeAmounts + amount;
 }
 
-// Column 0 takes the selected instrument's notes, column 1 all.
-constexpr LayoutItem TransposeAt(int column, int scope, int amount) {
+// The four scopes of a column and an amount. Column 0 takes the selected instrument's notes, column 1 all.
+constexpr LayoutRow TransposeRow(int column, int amount) {
     constexpr int kX[] = {72, 95, 119, 160}, kUnits[] = {1, 2, 4, 4};
     constexpr std::string_view kCaptions[] = {"up", "dn", "12up", "12dn"};
-    return ButtonAt(Look::SmallButton, TransposeId(column, scope, amount), 135 * column + kX[amount], 30 + 18 * scope,
-                    kUnits[amount], kCaptions[amount]);
+    return {ButtonAt(Look::SmallButton, TransposeId(column, 0, amount), 135 * column + kX[amount], 30, kUnits[amount],
+                     kCaptions[amount]),
+            kTransposeScopes, 0, 18, kTransposeAmounts};
 }
 
-inline constexpr LayoutItem kAdvancedEditItems[] = {
+inline constexpr LayoutRow kAdvancedEditRows[] = {
     GroupAt(2, 8, 336, 98, "Transpose"),
     LabelAt(72, 13, "Instrument"),
     LabelAt(207, 13, "All"),
-    LabelAt(8, 30, "Track"),
-    LabelAt(8, 48, "Pattern"),
-    LabelAt(8, 66, "Song"),
-    LabelAt(8, 84, "Block"),
-    TransposeAt(0, 0, 0), TransposeAt(0, 0, 1), TransposeAt(0, 0, 2), TransposeAt(0, 0, 3),
-    TransposeAt(0, 1, 0), TransposeAt(0, 1, 1), TransposeAt(0, 1, 2), TransposeAt(0, 1, 3),
-    TransposeAt(0, 2, 0), TransposeAt(0, 2, 1), TransposeAt(0, 2, 2), TransposeAt(0, 2, 3),
-    TransposeAt(0, 3, 0), TransposeAt(0, 3, 1), TransposeAt(0, 3, 2), TransposeAt(0, 3, 3),
-    TransposeAt(1, 0, 0), TransposeAt(1, 0, 1), TransposeAt(1, 0, 2), TransposeAt(1, 0, 3),
-    TransposeAt(1, 1, 0), TransposeAt(1, 1, 1), TransposeAt(1, 1, 2), TransposeAt(1, 1, 3),
-    TransposeAt(1, 2, 0), TransposeAt(1, 2, 1), TransposeAt(1, 2, 2), TransposeAt(1, 2, 3),
-    TransposeAt(1, 3, 0), TransposeAt(1, 3, 1), TransposeAt(1, 3, 2), TransposeAt(1, 3, 3),
+    Down(kTransposeScopes, 18, LabelAt(8, 30, "Track|Pattern|Song|Block")),
+    TransposeRow(0, 0), TransposeRow(0, 1), TransposeRow(0, 2), TransposeRow(0, 3),
+    TransposeRow(1, 0), TransposeRow(1, 1), TransposeRow(1, 2), TransposeRow(1, 3),
 
     GroupAt(2, 122, 144, 90, "Replace instr."),
     LabelAt(8, 130, "Source"),
     FieldAt(kAdvReplaced, 102, 130, 2),
     LabelAt(8, 148, "Selected"),
     FieldAt(kAdvReplacement, 102, 148, 2),
-    ButtonAt(Look::Button, kAdvReplace + 0, 6, 165, 7, "Track"),
-    ButtonAt(Look::Button, kAdvReplace + 1, 76, 165, 7, "Pattern"),
-    ButtonAt(Look::Button, kAdvReplace + 2, 6, 187, 7, "Song"),
-    ButtonAt(Look::Button, kAdvReplace + 3, 76, 187, 7, "Block"),
+    Across(2, 70, ButtonAt(Look::Button, kAdvReplace, 6, 165, 7, "Track|Pattern")),
+    Across(2, 70, ButtonAt(Look::Button, kAdvReplace + 2, 6, 187, 7, "Song|Block")),
 
     GroupAt(156, 172, 88, 40, "Block"),
     ButtonAt(Look::Button, kAdvScaleFade, 163, 185, 8, "ScaleFade"),
@@ -76,6 +66,7 @@ inline constexpr LayoutItem kAdvancedEditItems[] = {
     ButtonAt(Look::Button, kAdvDeleteSample, 416, 82, 7, "Del. smp."),
     ButtonAt(Look::Button, kAdvExit, 442, 223, 7, "Exit"),
 };
+inline constexpr auto kAdvancedEditItems = Expanded<kAdvancedEditRows>();
 inline constexpr ScreenLayout kAdvancedEditLayout = {"AdvEdit", 29, 30, 0, 0, 519, 248, kAdvancedEditItems};
 
 }  // namespace vonta

@@ -6,24 +6,19 @@
 namespace vonta {
 
 constexpr int kDiskRows = 17, kDiskRowHeight = 14;
+constexpr int kDiskKinds = 8;                    // of files
 
 enum DiskOpControl : int {
-    kDiskKind,                                   // and seven more, by kind
-    kDiskSave = kDiskKind + 8, kDiskDelete, kDiskMakeDir, kDiskLoad, kDiskExit,
+    kDiskKind,                                   // by kind
+    kDiskSave = kDiskKind + kDiskKinds, kDiskDelete, kDiskMakeDir, kDiskLoad, kDiskExit,
     kDiskUp, kDiskAll, kDiskRoot, kDiskHome,
     kDiskList, kDiskScrollUp, kDiskScroll, kDiskScrollDown, kDiskPath, kDiskName,
 };
 
-inline constexpr LayoutItem kDiskOpItems[] = {
+inline constexpr LayoutRow kDiskOpRows[] = {
     TitleAt(8, 3, "Disk Op"),
-    ButtonAt(Look::SmallButton, kDiskKind + 0, 4, 21, 9, "Song"),
-    ButtonAt(Look::SmallButton, kDiskKind + 1, 4, 39, 9, "Instrument"),
-    ButtonAt(Look::SmallButton, kDiskKind + 2, 4, 57, 9, "Sample"),
-    ButtonAt(Look::SmallButton, kDiskKind + 3, 4, 75, 9, "Synth"),
-    ButtonAt(Look::SmallButton, kDiskKind + 4, 4, 93, 9, "Effect"),
-    ButtonAt(Look::SmallButton, kDiskKind + 5, 4, 111, 9, "Visual"),
-    ButtonAt(Look::SmallButton, kDiskKind + 6, 4, 129, 9, "Game"),
-    ButtonAt(Look::SmallButton, kDiskKind + 7, 4, 147, 9, "Skin"),
+    Down(kDiskKinds, 18, ButtonAt(Look::SmallButton, kDiskKind, 4, 21, 9,
+                                  "Song|Instrument|Sample|Synth|Effect|Visual|Game|Skin")),
     ButtonAt(Look::Button, kDiskSave, 85, 4, 8, "Save"),
     ButtonAt(Look::Button, kDiskDelete, 85, 27, 8, "Delete"),
     ButtonAt(Look::Button, kDiskMakeDir, 85, 50, 8, "Make Dir"),
@@ -42,6 +37,7 @@ inline constexpr LayoutItem kDiskOpItems[] = {
     {Look::VSlider, kDiskScroll, 500, 19, 16, 206},
     ButtonAt(Look::SmallButton, kDiskScrollDown, 499, 225, 1, "v"),
 };
+inline constexpr auto kDiskOpItems = Expanded<kDiskOpRows>();
 inline constexpr ScreenLayout kDiskOpLayout = {"DiskOp", 9, 10, 0, 0, 519, 248, kDiskOpItems};
 
 }  // namespace vonta

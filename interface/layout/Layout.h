@@ -4,6 +4,8 @@
 // Positions are pixels of the 800 by 600 picture; those of the questions count from the question's corner.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -89,6 +91,51 @@ constexpr LayoutItem GroupAt(int x, int y, int width, int height, std::string_vi
 // A recess for text that the program prints from (x, y) on, of so many characters of the standard font.
 constexpr LayoutItem FieldAt(int id, int x, int y, int characters, Look look = Look::Field) {
     return {look, id, x - 4, y, 8 * characters + 8, kTextHeight, {}};
+}
+
+// A row of a table that stands for several items, each (stepX, stepY) pixels behind the one before, its id stepId higher.
+// Where their captions differ, '|' stands between them: "m" is on all, "1|2|3" has one for each. Rows of one item convert.
+struct LayoutRow {
+    LayoutItem first;
+    int count = 1, stepX = 0, stepY = 0, stepId = 1;
+
+    constexpr LayoutRow(const LayoutItem& item) : first(item) {}
+    constexpr LayoutRow(Look look, int id, int x, int y, int width, int height) : first{look, id, x, y, width, height} {}
+    constexpr LayoutRow(const LayoutItem& item, int times, int x, int y, int id = 1)
+        : first(item), count(times), stepX(x), stepY(y), stepId(id) {}
+};
+constexpr LayoutRow Across(int count, int stepX, const LayoutItem& item) { return {item, count, stepX, 0}; }
+constexpr LayoutRow Down(int count, int stepY, const LayoutItem& item) { return {item, count, 0, stepY}; }
+
+constexpr std::string_view CaptionOf(std::string_view captions, int number) {
+    if (captions.find('|') == captions.npos) return captions;
+    for (; number > 0; --number) captions.remove_prefix(captions.find('|') + 1);
+    return captions.substr(0, captions.find('|'));
+}
+constexpr LayoutItem ItemOfRow(const LayoutRow& row, int number) {
+    LayoutItem item = row.first;
+    if (item.id != kNoControl) item.id += number * row.stepId;
+    item.x += number * row.stepX;
+    item.y += number * row.stepY;
+    item.caption = CaptionOf(row.first.caption, number);
+    if (item.look == Look::Label) item.width = CaptionWidth(item.caption, kCaptionAdvance);
+    if (item.look == Look::Title) item.width = CaptionWidth(item.caption, kTitleAdvance);
+    return item;
+}
+template <std::size_t rows>
+constexpr std::size_t ItemsOf(const LayoutRow (&table)[rows]) {
+    std::size_t items = 0;
+    for (const LayoutRow& row : table) items += static_cast<std::size_t>(row.count);
+    return items;
+}
+// The items that a table of rows stands for: what a ScreenLayout holds.
+template <auto& table>
+constexpr auto Expanded() {
+    std::array<LayoutItem, ItemsOf(table)> items{};
+    std::size_t next = 0;
+    for (const LayoutRow& row : table)
+        for (int number = 0; number < row.count; ++number) items[next++] = ItemOfRow(row, number);
+    return items;
 }
 
 // The item of a table with this id; the table has one.

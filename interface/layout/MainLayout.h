@@ -8,29 +8,23 @@ namespace vonta {
 constexpr int kListRowHeight = 15;
 constexpr int kNameMargin = 4;                   // of the lists of names: what the mouse and the text leave at the left
 constexpr int kItemRows = 8, kSampleRows = 5;
+constexpr int kListBlocks = 8;                   // of a bank
 
 enum MainControl : int {
     kMainPlay, kMainRecord, kMainSolo, kMainSoloChannel, kMainPanic, kMainColours, kMainWindowMode,
     kMainItems, kMainSources, kMainSamples, kMainSampleSources,
     kMainSampleUp, kMainSampleDown, kMainSampleScroll, kMainTitle, kMainBank,
     kMainListName, kMainOctave,                  // shown only
-    kMainMute,                                   // and seven more
-    kMainBlock = kMainMute + kItemRows,          // and seven more
+    kMainMute,                                   // by row
+    kMainBlock = kMainMute + kItemRows,          // by block
 };
 
-inline constexpr LayoutItem kMainPanelItems[] = {
+inline constexpr LayoutRow kMainPanelRows[] = {
     {Look::List, kMainSources, 519, 4, 27, 119},
     {Look::List, kMainItems, 546, 4, 175, 119},
     {Look::List, kMainSampleSources, 519, 130, 27, 74},
     {Look::List, kMainSamples, 546, 130, 170, 74},
-    ButtonAt(Look::SmallButton2, kMainMute + 0, 731, 5, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 1, 731, 20, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 2, 731, 35, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 3, 731, 50, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 4, 731, 65, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 5, 731, 80, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 6, 731, 95, 1, "m"),
-    ButtonAt(Look::SmallButton2, kMainMute + 7, 731, 110, 1, "m"),
+    Down(kItemRows, kListRowHeight, ButtonAt(Look::SmallButton2, kMainMute, 731, 5, 1, "m")),
     ButtonAt(Look::SmallButton2, kMainPlay, 751, 2, 5, "Play"),
     ButtonAt(Look::SmallButton2, kMainRecord, 751, 17, 5, "Rec"),
     ButtonAt(Look::SmallButton2, kMainSolo, 751, 32, 5, "Solo"),
@@ -46,17 +40,11 @@ inline constexpr LayoutItem kMainPanelItems[] = {
     {Look::VSlider, kMainSampleScroll, 732, 145, 17, 45},
     ButtonAt(Look::SmallButton2, kMainSampleDown, 732, 190, 1, "v"),
     ButtonAt(Look::SmallButton, kMainBank, 524, 210, 6, "Bank"),
-    ButtonAt(Look::SmallButton, kMainBlock + 0, 588, 210, 2, "1"),
-    ButtonAt(Look::SmallButton, kMainBlock + 1, 614, 210, 2, "2"),
-    ButtonAt(Look::SmallButton, kMainBlock + 2, 640, 210, 2, "3"),
-    ButtonAt(Look::SmallButton, kMainBlock + 3, 666, 210, 2, "4"),
-    ButtonAt(Look::SmallButton, kMainBlock + 4, 692, 210, 2, "5"),
-    ButtonAt(Look::SmallButton, kMainBlock + 5, 718, 210, 2, "6"),
-    ButtonAt(Look::SmallButton, kMainBlock + 6, 744, 210, 2, "7"),
-    ButtonAt(Look::SmallButton, kMainBlock + 7, 770, 210, 2, "8"),
+    Across(kListBlocks, 26, ButtonAt(Look::SmallButton, kMainBlock, 588, 210, 2, "1|2|3|4|5|6|7|8")),
     {Look::TextField, kMainTitle, 523, 228, 226, 19},
     LabelAt(756, 229, "Title"),
 };
+inline constexpr auto kMainPanelItems = Expanded<kMainPanelRows>();
 inline constexpr ScreenLayout kMainLayout = {"InsList", 7, 8, 519, 0, 281, 248, kMainPanelItems};
 
 }  // namespace vonta

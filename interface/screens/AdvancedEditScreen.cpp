@@ -12,10 +12,8 @@ using Self = AdvancedEditScreen;
 constexpr int kAmounts[kTransposeAmounts] = {1, -1, 12, -12};   // semitones
 
 constexpr ControlRow<Self> kRows[] = {
-    {kAdvReplace + 0, Press<&Self::OnReplace>, 0},
-    {kAdvReplace + 1, Press<&Self::OnReplace>, 1},
-    {kAdvReplace + 2, Press<&Self::OnReplace>, 2},
-    {kAdvReplace + 3, Press<&Self::OnReplace>, 3},
+    {kAdvTranspose, Press<&Self::OnTranspose>, 0, kOnRelease, nullptr, kAdvReplace - kAdvTranspose},
+    {kAdvReplace, Press<&Self::OnReplace>, 0, kOnRelease, nullptr, kTransposeScopes},
     {kAdvScaleFade, Press<&Self::OnOperation<&TrackerState::ScaleFade>>},
     {kAdvCopyInstrument, Press<&Self::OnOperation<&TrackerState::CopyInstrument>>},
     {kAdvExchangeInstruments, Press<&Self::OnOperation<&TrackerState::ExchangeInstruments>>},
@@ -41,17 +39,8 @@ void AdvancedEditScreen::PaintBackground() { PaintLayout(kAdvancedEditLayout); }
 
 void AdvancedEditScreen::PaintControls() {
     if (!HasPainted()) return;
-    DeclareTranspose();
     DeclareButtons(this, kAdvancedEditLayout, kRows);
     PrintNumbers();
-}
-
-void AdvancedEditScreen::DeclareTranspose() {
-    for (int id = kAdvTranspose; id < kAdvReplace; ++id) {
-        ControlRecord record;
-        record.param = id - kAdvTranspose;
-        DeclareButton(ItemOf(kAdvancedEditLayout, id), Bind<&Self::OnTranspose>(this), record, false);
-    }
 }
 
 void AdvancedEditScreen::PrintNumbers() {

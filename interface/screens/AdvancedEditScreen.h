@@ -18,7 +18,6 @@ public:
     void OnExit(ControlRecord& record);
 
 private:
-    void DeclareTranspose();
     void PrintNumbers();
 };
 

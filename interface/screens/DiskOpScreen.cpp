@@ -16,14 +16,7 @@ namespace fs = std::filesystem;
 using Self = DiskOpScreen;
 
 constexpr ControlRow<Self> kRows[] = {
-    {kDiskKind + 0, Press<&Self::OnKind>, 0, kOnRelease, &Self::IsKind},
-    {kDiskKind + 1, Press<&Self::OnKind>, 1, kOnRelease, &Self::IsKind},
-    {kDiskKind + 2, Press<&Self::OnKind>, 2, kOnRelease, &Self::IsKind},
-    {kDiskKind + 3, Press<&Self::OnKind>, 3, kOnRelease, &Self::IsKind},
-    {kDiskKind + 4, Press<&Self::OnKind>, 4, kOnRelease, &Self::IsKind},
-    {kDiskKind + 5, Press<&Self::OnKind>, 5, kOnRelease, &Self::IsKind},
-    {kDiskKind + 6, Press<&Self::OnKind>, 6, kOnRelease, &Self::IsKind},
-    {kDiskKind + 7, Press<&Self::OnKind>, 7, kOnRelease, &Self::IsKind},
+    {kDiskKind, Press<&Self::OnKind>, 0, kOnRelease, &Self::IsKind, kDiskKinds},
     {kDiskSave, Press<&Self::OnSave>},
     {kDiskDelete, Press<&Self::OnDelete>},
     {kDiskMakeDir, Press<&Self::OnMakeDirectory>},

@@ -15,9 +15,7 @@ using Self = HelpScreen;
 constexpr const char* kTexts[HelpScreen::kPages] = {"data\\effects.txt", "data\\bugs.txt", "data\\faqs.txt"};
 
 constexpr ControlRow<Self> kRows[] = {
-    {kHelpEffects, Press<&Self::OnPage>, 0, kOnRelease, &Self::IsPage},
-    {kHelpLimits, Press<&Self::OnPage>, 1, kOnRelease, &Self::IsPage},
-    {kHelpQuestions, Press<&Self::OnPage>, 2, kOnRelease, &Self::IsPage},
+    {kHelpEffects, Press<&Self::OnPage>, 0, kOnRelease, &Self::IsPage, HelpScreen::kPages},
     {kHelpExit, Press<&Self::OnExit>},
 };
 

@@ -15,9 +15,7 @@ namespace {
 using Self = QuestionScreen;
 
 constexpr ControlRow<Self> kZapRows[] = {
-    {kZapSong, Press<&Self::OnChoice>, 0},        {kZapPatterns, Press<&Self::OnChoice>, 1},
-    {kZapInstruments, Press<&Self::OnChoice>, 2}, {kZapEffects, Press<&Self::OnChoice>, 3},
-    {kZapCancel, Press<&Self::OnChoice>, 4},
+    {kZapSong, Press<&Self::OnChoice>, 0, kOnRelease, nullptr, kZapChoices},
 };
 
 constexpr std::int32_t Number(SaveFormat format) { return static_cast<std::int32_t>(format); }

@@ -83,7 +83,8 @@ private:
     PressedLook look_;
 };
 
-// One row a control of a screen: which item of the layout, what a press does, and when it is drawn latched.
+// One row a control of a screen: which item of the layout, what a press does, and when it is drawn latched. A row with a
+// count stands for as many, id and param counting up.
 template <class S>
 struct ControlRow {
     int id;
@@ -91,6 +92,7 @@ struct ControlRow {
     std::int32_t param = 0;
     std::uint32_t events = kOnRelease;
     bool (S::*latched)(std::int32_t param) const = nullptr;
+    int count = 1;
 };
 
 // Buttons that count: on the press, and again while they are held.
@@ -98,13 +100,14 @@ constexpr std::uint32_t kRepeating = kOnLeftPress | kOnLeftHeld;
 
 template <class S, std::size_t rows>
 void Screen::DeclareButtons(S* screen, const ScreenLayout& layout, const ControlRow<S> (&table)[rows], int x, int y) {
-    for (const ControlRow<S>& row : table) {
-        ControlRecord record;
-        record.param = row.param;
-        record.events = row.events;
-        const bool latched = row.latched && (screen->*row.latched)(row.param);
-        DeclareButton(MovedBy(ItemOf(layout, row.id), x, y), {screen, row.press}, record, latched);
-    }
+    for (const ControlRow<S>& row : table)
+        for (int number = 0; number < row.count; ++number) {
+            ControlRecord record;
+            record.param = row.param + number;
+            record.events = row.events;
+            const bool latched = row.latched && (screen->*row.latched)(record.param);
+            DeclareButton(MovedBy(ItemOf(layout, row.id + number), x, y), {screen, row.press}, record, latched);
+        }
 }
 
 }  // namespace vonta
