@@ -80,6 +80,14 @@ endfunction()
 add_custom_target(tests_all)
 add_custom_target(tests_threaded)
 
+# A program that runs under the address checker keeps the libraries that it loads, so that their leaks can be told from
+# ours.
+function(vonta_keep_libraries target)
+    if(CMAKE_CXX_FLAGS MATCHES "sanitize=address")
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/KeepLibraries.cpp)
+    endif()
+endfunction()
+
 # vonta_tests(NAME [THREADED] [SERIAL] LINKS a b ...): one GoogleTest program of tests/NAME/*.cpp. SERIAL ones run
 # alone: what they listen to has a clock.
 function(vonta_tests name)
@@ -89,6 +97,7 @@ function(vonta_tests name)
         return()
     endif()
     add_executable(test_${name} ${sources})
+    vonta_keep_libraries(test_${name})
     target_link_libraries(test_${name} PRIVATE vonta_flags GTest::gtest_main)
     add_dependencies(tests_all test_${name})
     if(ROOM_THREADED)

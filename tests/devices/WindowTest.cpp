@@ -1,5 +1,12 @@
 // The real window on a real X server.
 #include <gtest/gtest.h>
+#if defined(__SANITIZE_ADDRESS__)
+#include <dlfcn.h>
+#include <sanitizer/lsan_interface.h>
+#endif
+
+#include <array>
+#include <cstdint>
 
 #include "platform/Display.h"
 #include "platform/OsWindow.h"
@@ -204,6 +211,29 @@ TEST(Window, WithoutADisplayThereIsNoneAndOneLineTellsWhy) {
     }
     unsetenv("DISPLAY");
 }
+
+#if defined(__SANITIZE_ADDRESS__)
+void DrawWithBadDriver() {
+    void* driver = dlopen(VONTA_TEST_DRIVER, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_TRUE(driver) << dlerror();
+    reinterpret_cast<void (*)()>(dlsym(driver, "Draw"))();
+    dlclose(driver);
+}
+
+// What draws leaves memory behind when it is unloaded. The checker passes over that, and over nothing of ours.
+TEST(Window, TheLeakCheckerTellsOurLeaksFromThoseOfDrivers) {
+    XServer server(900, 700, 24);
+    OpenWindow().Show(kWidth, kHeight, *Picture(32));
+    DrawWithBadDriver();
+    EXPECT_EQ(__lsan_do_recoverable_leak_check(), 0);
+
+    // Turned over, so that the checker finds no way to it.
+    const volatile auto ours = ~reinterpret_cast<std::uintptr_t>(new std::array<char, 128>);
+    OpenWindow().Show(kWidth, kHeight, *Picture(32));
+    EXPECT_EQ(__lsan_do_recoverable_leak_check(), 1);
+    delete reinterpret_cast<std::array<char, 128>*>(~ours);
+}
+#endif
 
 }  // namespace
 }  // namespace vonta
