@@ -92,7 +92,7 @@ int GMain::FirstInit() {
     DebugOutput("* Enviroment started\n");
     if (options_.curtain) OpenCurtain();
     m_pSndPlayer->Stop(0, 1);
-    InstallSong(nullptr);
+    InstallSong(m_pTracker->MakeFreshSong());
     if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
     if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
     return 0;

@@ -227,6 +227,7 @@ private:
     bool GoToNextPosition();
     void EnterPosition(std::int32_t position);
     bool NoteVisit(bool jumped, bool wrapped);
+    void TakeStart(std::uint8_t flags);
     void ResetSequencer();
     void RunTickEffects();
     void RunJamQueue();

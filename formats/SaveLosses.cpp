@@ -80,7 +80,7 @@ constexpr LossRow<Song> kSongRows[] = {
     {"Titles cut", [](const Song& s, const FormatLimits& to) { return s.title.size() > to.titleLength; }},
     {"Starting tempo and BPM left out (the file has 6 and 125)",
      [](const Song& s, const FormatLimits& to) {
-         return !to.tempo && (s.tempo != kDefaultTempo || s.bpm != kDefaultBpm);
+         return !to.tempo && (s.StartTempo() != kDefaultTempo || s.StartBpm() != kDefaultBpm);
      }},
     {"Effects, buses and master volume left out",
      [](const Song& s, const FormatLimits&) { return HasMixer(s); }},

@@ -87,6 +87,25 @@ int Song::GetPatternPosIndex(int position) const {
     return Load(patternList[static_cast<std::size_t>(position)]);
 }
 
+bool Song::KeepsStart() const { return Load(startBpm) != kNotKept; }
+
+std::uint32_t Song::StartBpm() const { return KeepsStart() ? Load(startBpm) : GetBPM(); }
+
+std::uint32_t Song::StartTempo() const {
+    const std::uint32_t kept = Load(startTempo);
+    return kept != kNotKept ? kept : GetTempo();
+}
+
+void Song::KeepStart() {
+    if (KeepsStart()) return;
+    SetStartTempo(GetTempo());
+    SetStartBpm(GetBPM());
+}
+
+void Song::SetStartBpm(std::uint32_t value) { Store(startBpm, value); }
+
+void Song::SetStartTempo(std::uint32_t value) { Store(startTempo, value); }
+
 void Song::SetBPM(std::uint32_t value) { Store(bpm, value); }
 
 void Song::SetTempo(std::uint32_t value) { Store(tempo, value); }

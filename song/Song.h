@@ -60,10 +60,14 @@ constexpr std::array<FxRouting, kEffectSlots> DefaultRouting() {
 
 using FxSlotTable = std::array<std::unique_ptr<EffectSlot>, kEffectSlots>;
 
+constexpr std::uint32_t kNotKept = 0xFFFFFFFF;               // of a number that a song does not keep apart
+
 struct Song {
     std::string title;                                   // at most 254 characters
     std::uint32_t bpm = kDefaultBpm;                     // the player writes the running value here
-    std::uint32_t tempo = kDefaultTempo;                 // ticks per row
+    std::uint32_t tempo = kDefaultTempo;                 // ticks per row; likewise
+    // What the song begins with and what is saved, once KeepStart has set it apart from what its commands make of it.
+    std::uint32_t startBpm = kNotKept, startTempo = kNotKept;
     std::uint32_t restartPos = 0;
     std::uint32_t length = 0;                            // positions in use; 1 in a new song
     std::array<std::uint8_t, kMaxPositions> patternList{};
@@ -92,6 +96,12 @@ struct Song {
     std::uint32_t GetPatternPosLenght() const;
     std::uint32_t GetPatternPosRestart() const;
     int GetPatternPosIndex(int position) const;          // 0 outside
+    bool KeepsStart() const;
+    std::uint32_t StartBpm() const;                      // the present one if none is kept apart
+    std::uint32_t StartTempo() const;
+    void KeepStart();                                    // the present ones, unless the song keeps some already
+    void SetStartBpm(std::uint32_t value);
+    void SetStartTempo(std::uint32_t value);
     void SetBPM(std::uint32_t value);
     void SetTempo(std::uint32_t value);
     void SetNumChannels(int channels);                   // clamped to 2 to 64

@@ -141,8 +141,18 @@ void SndPlayer::ResetSequencer() {
     tick_ = -1;
 }
 
+// Only where the song keeps its start apart. From its beginning it starts as it was made; from elsewhere it goes on as it
+// last was, unless its rows would stand still.
+void SndPlayer::TakeStart(std::uint8_t flags) {
+    const bool fromBeginning = flags == 0 && position_ == 0;
+    const std::uint32_t bpm = song_->StartBpm(), tempo = song_->StartTempo();
+    if (fromBeginning && bpm != song_->GetBPM()) SetBPM(static_cast<float>(bpm));
+    if ((fromBeginning || song_->GetTempo() == 0) && tempo != song_->GetTempo()) SetTempo(tempo);
+}
+
 void SndPlayer::PerformPlay(std::uint8_t flags) {
     if (!song_) return;
+    TakeStart(flags);
     ResetSequencer();
     ClearVisits();
     patternMode_ = flags & kPlayPattern;

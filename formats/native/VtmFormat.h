@@ -53,6 +53,12 @@ void HeaderRecord(Io& io, Header& header) {
     io.U32(header.trackerVersion);
 }
 
+// What is written is how the song begins, not what it has come to while it played.
+inline std::uint32_t& BpmOf(Song& song) { return song.bpm; }
+inline std::uint32_t& TempoOf(Song& song) { return song.tempo; }
+inline std::uint32_t BpmOf(const Song& song) { return song.StartBpm(); }
+inline std::uint32_t TempoOf(const Song& song) { return song.StartTempo(); }
+
 template <class Io, class AnySong>
 void InfoRecord(Io& io, AnySong& song, int version) {
     io.Text(song.title);
@@ -61,8 +67,8 @@ void InfoRecord(Io& io, AnySong& song, int version) {
     io.ConstText("");
     io.ConstU32(0);
     io.ConstU32(0);
-    io.U8(song.bpm);
-    io.U8(song.tempo);
+    io.U8(BpmOf(song));
+    io.U8(TempoOf(song));
     io.U8(song.numChannels);
     if (version >= 2) io.Text(song.fileName);
     if (version >= 3) io.ConstU32(kWrittenTrackerVersion);

@@ -61,8 +61,8 @@ XmHeader MakeHeader(const Song& song) {
     header.channels = static_cast<std::uint16_t>(song.numChannels);
     header.patterns = static_cast<std::uint16_t>(CountToLast(song.patterns, kMaxPatterns));
     header.instruments = static_cast<std::uint16_t>(CountToLast(song.instruments, kMaxInstruments));
-    header.tempo = static_cast<std::uint16_t>(song.tempo);
-    header.bpm = static_cast<std::uint16_t>(song.bpm);
+    header.tempo = static_cast<std::uint16_t>(song.StartTempo());
+    header.bpm = static_cast<std::uint16_t>(song.StartBpm());
     header.order = song.patternList;
     return header;
 }

@@ -20,6 +20,16 @@ int TakeTicks(std::uint32_t now, int perSecond, std::uint32_t& last, std::uint32
     return static_cast<int>(std::min<std::uint32_t>(ticks, kMaxTicks));
 }
 
+// Each modifier has its own action; any combination of them has that of none.
+WheelModifier WheelModifierOf(int mask) {
+    switch (mask) {
+        case kMaskControl: return kWheelControl;
+        case kMaskAlt: return kWheelAlt;
+        case kMaskShift: return kWheelShift;
+        default: return kWheelPlain;
+    }
+}
+
 }  // namespace
 
 void TrackerInterface::PollInput() {
@@ -48,8 +58,7 @@ void TrackerInterface::PollWheel() {
     wheelRest_ = std::clamp(wheelRest_, -100.0f, 100.0f) - static_cast<float>(notches);
     if (notches == 0 || state_.m_bDialogOpen) return;
 
-    const WheelModifier held = m_bControl ? kWheelControl : m_bAlt ? kWheelAlt : m_bShift ? kWheelShift : kWheelPlain;
-    switch (SettingsOf(state_.Settings()).wheel[held]) {
+    switch (SettingsOf(state_.Settings()).wheel[WheelModifierOf(ModifierMask())]) {
     case kWheelNothing: break;
     case kWheelScroll:
         for (const auto& screen : m_screens)

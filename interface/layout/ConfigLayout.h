@@ -21,6 +21,7 @@ enum ConfigControl : int {
     kConfigMouseDelayUp, kConfigMouseDelayDown, kConfigMouseDelay,
     kConfigDecimal, kConfigHexadecimal,
     kConfigMultiRecord, kConfigMultiEdit, kConfigVelocity, kConfigAutoTune,
+    kConfigMidiInLight, kConfigMidiOutLight,
     kConfigDevice, kConfigRate, kConfigSkin, kConfigDirectory,
     kConfigSave, kConfigExit,
 };
@@ -73,9 +74,11 @@ inline constexpr LayoutItem kConfigItems[] = {
 
     GroupAt(4, 86, 640, 66),
     LabelAt(12, 88, "MIDI input"),
+    {Look::View, kConfigMidiInLight, 94, 90, 11, 12},
     VONTA_CONFIG_ROW(kConfigMidiIn, 112, 26, 332, 88),
     LabelAt(376, 88, "notes are recorded from here"),
     LabelAt(12, 109, "MIDI output"),
+    {Look::View, kConfigMidiOutLight, 94, 111, 11, 12},
     VONTA_CONFIG_ROW(kConfigMidiOut, 112, 26, 332, 109),
     LabelAt(376, 109, "whose delay is set below"),
     LabelAt(12, 131, "Output delay"),

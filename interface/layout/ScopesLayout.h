@@ -13,7 +13,7 @@ enum ScopesControl : int {
     kScopesShownUp, kScopesShownDown, kScopesRowsUp, kScopesRowsDown,
     kScopesExpand, kScopesShrink,
     kScopesList, kScopesLength, kScopesRestart, kScopesBpm, kScopesTicks, kScopesAdd, kScopesShown, kScopesRows,   // shown only
-    kScopesClock, kScopesStoppedClock,
+    kScopesClock, kScopesStoppedClock, kScopesPresent,
     kScopesLeftLevel, kScopesRightLevel, kScopesLeftWave, kScopesRightWave, kScopesChannels,
 };
 
@@ -67,6 +67,8 @@ inline constexpr LayoutItem kScopesItems[] = {
     ButtonAt(Look::SmallButton, kScopesShrink, 286, 87, 6, "Srnk."),
 
     FieldAt(kScopesStoppedClock, 6, 113, 8),
+    LabelAt(126, 113, "Now"),
+    FieldAt(kScopesPresent, 158, 113, 6),
     LabelAt(236, 113, "Time"),
     FieldAt(kScopesClock, 273, 113, 8),
     {Look::View, kScopesChannels, 0, 133, 343, 115},

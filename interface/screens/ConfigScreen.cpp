@@ -6,8 +6,10 @@
 
 #include "app/config/ConfigSettings.h"
 #include "interface/layout/ConfigLayout.h"
+#include "interface/layout/PatternPictures.h"
 #include "interface/TrackerInterface.h"
 #include "interface/widgets/Formatted.h"
+#include "platform/Clock.h"
 
 namespace vonta {
 namespace {
@@ -15,6 +17,7 @@ namespace {
 using Self = ConfigScreen;
 
 constexpr int kInterpolations = 3;
+constexpr std::uint32_t kLightMs = 150;          // after a message
 constexpr int kChannelChoices = 6;               // 4 to 32, and as many as the song has
 
 constexpr ControlRow<Self> kRows[] = {
@@ -56,22 +59,19 @@ struct ConfigValues {
     static std::string NumberText(const Self& screen) { return Formatted("%02i", range.Clamp(screen.Settings().*value)); }
 
     static void StepAmplification(Self& screen, int by) {
-        Config& config = screen.Settings();
-        const float percent = std::round(kAmplificationRange.Clamp(config.amplification) * 100) + static_cast<float>(by);
-        config.amplification = kAmplificationRange.Clamp(percent / 100);
-        screen.Player().SetMasterVolume(config.amplification);
+        const float percent = std::round(screen.MasterVolume() * 100) + static_cast<float>(by);
+        screen.Settings().amplification = kAmplificationRange.Clamp(percent / 100);
+        screen.Player().SetMasterVolume(screen.Settings().amplification);
     }
     static std::string AmplificationText(const Self& screen) {
-        return Formatted("%03i %%", static_cast<int>(std::lround(SettingsOf(screen.Settings()).masterAmp * 100)));
+        return Formatted("%03i %%", static_cast<int>(std::lround(screen.MasterVolume() * 100)));
     }
 
     static void StepLatency(Self& screen, int by) {
-        StepNumber<&Config::latency, kLatencyRange>(screen, by);
-        screen.Player().SetLatencyMs(screen.Settings().latency);
+        screen.Player().SetLatencyMs(kLatencyRange.Clamp(screen.Player().GetLatencyMs() + by));
+        screen.latencyStepped_ = true;
     }
-    static std::string LatencyText(const Self& screen) {
-        return Formatted("%03i ms", SettingsOf(screen.Settings()).latencyMs);
-    }
+    static std::string LatencyText(const Self& screen) { return Formatted("%03i ms", screen.Player().GetLatencyMs()); }
 
     static void StepInterpolation(Self& screen, int by) {
         int& mode = screen.Settings().interpolation;
@@ -135,7 +135,27 @@ const ConfigValues::Row ConfigValues::kValues[] = {
      NumberText<&Config::mouseRepeatDelay, kRepeatDelayRange>},
 };
 
-void ConfigScreen::PaintBackground() { PaintLayout(kConfigLayout); }
+void ConfigScreen::PaintBackground() {
+    PaintLayout(kConfigLayout);
+    TakeLatency();
+    const Mixer& mixer = Player().GetMixer();
+    PaintLight(kConfigMidiInLight, mixer.midiIn[Index(SettingsOf(Settings()).midiInput)].get());
+    PaintLight(kConfigMidiOutLight, mixer.midiOut[Index(output_)].get());
+}
+
+// What the device makes of a wish, which it may do as late as in its next block. The one that stands in for a device that
+// could not be had is not asked.
+void ConfigScreen::TakeLatency() {
+    if (latencyStepped_ && Ui().Host().HasSoundDevice()) Settings().latency = Player().GetLatencyMs();
+}
+
+template <class Port>
+void ConfigScreen::PaintLight(int id, const Port* port) {
+    const std::uint32_t last = port ? port->GetLastTime() : 0;
+    const bool active = last != 0 && Milliseconds() - last < kLightMs;
+    const LayoutItem& light = ItemOf(kConfigLayout, id);
+    Surfaces().BlitToBack(light.x + 2, light.y + 2, Pictures().LoadSkinBitmap(active ? kPictureActive : kPictureIdle));
+}
 
 void ConfigScreen::PaintControls() {
     if (!HasPainted()) return;
@@ -161,6 +181,11 @@ void ConfigScreen::PrintField(int id, const std::string& text) {
     Text().m_fontStd.PrintClipped(field.x + 4, field.y, (field.width - 8) / 8, text);
 }
 
+float ConfigScreen::MasterVolume() const {
+    constexpr float kMost = 9.99f;               // a file's may be any
+    return std::clamp(CurrentSong().masterVolume, 0.0f, kMost);
+}
+
 std::string ConfigScreen::DeviceText() const {
     if (!Ui().Host().HasSoundDevice()) return "None could be opened: nothing sounds. See MODE in Vonta.cfg";
     DrvSound* device = Player().GetDevice();
@@ -180,7 +205,13 @@ void ConfigScreen::OnNumbers(ControlRecord& record) {
 }
 
 void ConfigScreen::OnFlag(ControlRecord& record) { Settings().flags ^= static_cast<std::uint32_t>(record.param); }
-void ConfigScreen::OnSave(ControlRecord&) { Ui().Host().SaveConfig(); }
+
+// What is shown is what is kept, also of a song that came with an amplification of its own.
+void ConfigScreen::OnSave(ControlRecord&) {
+    Settings().amplification = kAmplificationRange.Clamp(MasterVolume());
+    Ui().Host().SaveConfig();
+}
+
 void ConfigScreen::OnExit(ControlRecord&) { Ui().ToggleScreen(kScreenConfig); }
 
 bool ConfigScreen::ShowsNumbers(std::int32_t mode) const { return State().pending.m_bHexMode == (mode != 0); }

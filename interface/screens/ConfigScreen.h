@@ -25,8 +25,13 @@ private:
     friend struct ConfigValues;                  // the rows: what a step does, and how the value is shown
 
     void PrintField(int id, const std::string& text);
+    void TakeLatency();
+    template <class Port>
+    void PaintLight(int id, const Port* port);   // whether a message has just passed
+    float MasterVolume() const;                  // what sounds and what the song holds
     std::string DeviceText() const;
 
+    bool latencyStepped_ = false;                // by the user: LATENCY follows the device from then on
     int output_ = 0;                             // MIDI output whose delay is shown
 };
 

@@ -117,8 +117,8 @@ void ScopesScreen::PrintNumbers() {
     const Number numbers[] = {
         {8, 77, "       %02X", static_cast<int>(song.GetPatternPosLenght())},
         {8, 93, "       %02X", static_cast<int>(song.GetPatternPosRestart())},
-        {126, 53, "    %03i", static_cast<int>(Player().GetBPM())},
-        {126, 72, "     %02i", static_cast<int>(song.GetTempo())},
+        {126, 53, "    %03i", static_cast<int>(song.StartBpm())},
+        {126, 72, "     %02i", static_cast<int>(song.StartTempo())},
         {126, 92, "     %02i", state.m_nCursorAdd},
         {238, 50, "     %02X", state.m_nPatternNumber},
         {238, 70, "    %03X", state.m_pPattern->Rows()},
@@ -126,6 +126,17 @@ void ScopesScreen::PrintNumbers() {
     for (const Number& number : numbers)
         Text().m_fontStd.PrintColoured(number.x, number.y, Pictures().Colours().m_colText,
                                        Formatted(number.format, number.value));
+    PrintPresentTempo();
+}
+
+// What sounds now, where a command of the song has made it something else than the song begins with.
+void ScopesScreen::PrintPresentTempo() {
+    const Song& song = CurrentSong();
+    const auto bpm = static_cast<std::uint32_t>(Player().GetBPM());
+    if (bpm == song.StartBpm() && song.GetTempo() == song.StartTempo()) return;
+    const LayoutItem& field = Item(kScopesPresent);
+    Text().m_fontStd.PrintColoured(field.x + 4, field.y, Pictures().Colours().m_colHighlight,
+                                   Formatted("%03u/%02u", bpm, song.GetTempo()));
 }
 
 // While the song plays, and after it how long it has played.

@@ -26,6 +26,7 @@ private:
     void DeclareSlider();
     void PrintPatternList();
     void PrintNumbers();
+    void PrintPresentTempo();
     void PrintClock();
     void PaintLevel(int side);
 

@@ -91,6 +91,7 @@ void TrackerState::ApplySong() {
     auto& request = requests.song;
     if (!request.object) return;
     const bool played = player_.IsPlaying();
+    request.object->KeepStart();
     {
         const SilentPause pause(player_);
         player_.SetSong(std::move(request.object));
@@ -133,6 +134,7 @@ void TrackerState::ApplySoloChannel() {
 
 void TrackerState::TakeFrame() {
     LimitCursor();
+    CurrentSong().KeepStart();                   // of one that came by another road
     frame = pending;
     const PlayPosition at = player_.GetCurrentPlayPos();
     m_pPattern = at.current;

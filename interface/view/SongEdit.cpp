@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "app/config/ConfigSettings.h"
 #include "interface/view/TrackerState.h"
 #include "platform/Shared.h"
 
@@ -63,14 +64,19 @@ void TrackerState::ChangeRestart(int by) {
     song.SetPatternPosRestart(static_cast<std::uint32_t>(restart));
 }
 
+// Both change what the song begins with; what sounds follows, until a command of the song changes it again.
 void TrackerState::ChangeBpm(int by) {
-    const int bpm = static_cast<int>(player_.GetBPM()) + by;
-    player_.SetBPM(static_cast<float>(std::clamp(bpm, static_cast<int>(kMinBpm), static_cast<int>(kMaxBpm))));
+    Song& song = CurrentSong();
+    const int bpm = std::clamp(static_cast<int>(song.StartBpm()) + by, static_cast<int>(kMinBpm), static_cast<int>(kMaxBpm));
+    song.SetStartBpm(static_cast<std::uint32_t>(bpm));
+    player_.SetBPM(static_cast<float>(bpm));
 }
 
 void TrackerState::ChangeTempo(int by) {
-    const int tempo = std::clamp(static_cast<int>(CurrentSong().GetTempo()) + by, 0, kSlowestTempo);
-    player_.SetTempo(static_cast<std::uint32_t>(tempo));
+    Song& song = CurrentSong();
+    const auto tempo = static_cast<std::uint32_t>(std::clamp(static_cast<int>(song.StartTempo()) + by, 0, kSlowestTempo));
+    song.SetStartTempo(tempo);
+    player_.SetTempo(tempo);
 }
 
 void TrackerState::ChangeCursorAdd(int by) {
@@ -94,8 +100,14 @@ void TrackerState::ChangeChannels(int by) {
     for (int channel = SongChannels(); channel < before; ++channel) player_.KillChannel(channel);
 }
 
+std::unique_ptr<Song> TrackerState::MakeFreshSong() const {
+    auto song = Song::MakeDefault();
+    song->SetMasterVolume(SettingsOf(config_).masterAmp);
+    return song;
+}
+
 void TrackerState::NewSong() {
-    requests.song.object = Song::MakeDefault();
+    requests.song.object = MakeFreshSong();
     requests.song.object->SetTitle(kNewTitle);
     requests.song.fileName.clear();
     requests.song.unknownChunks = false;

@@ -196,6 +196,7 @@ public:
     void ChangeCursorAdd(int by);                // wraps between 0 and 32
     void ChangeRows(int by);
     void ChangeChannels(int by);                 // 2 or -2; 2 to 64; kills what is cut off
+    std::unique_ptr<Song> MakeFreshSong() const; // empty, at the configured amplification
     void NewSong();                              // a request, as the next three: the Zap
     void ClearPatterns();
     void ClearInstruments();

@@ -11,7 +11,7 @@ enum ControlEvent : std::uint32_t {
     kOnLeftPress = 1,
     kOnRightPress = 2,
     kOnLeftHeld = 4,                 // repeats per tick after the mouse delay
-    kOnRightHeld = 8,
+    kOnRightHeld = 8,                // repeats per tick, at once
     kOnRelease = 16,                 // a click
     kOnBothPress = 32,
     kOnLeftHeldOutside = 64,         // the left button held outside calls onClick too

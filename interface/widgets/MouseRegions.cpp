@@ -176,7 +176,7 @@ void MouseRegions::OnHeld(const MouseState& mouse, bool inside) {
     for (int i = 0; i < calls && holding_; ++i) {
         if (!inside) {
             if (!rightOnly) CallOutside(event);
-        } else if (record.useTicks && repeatDelay_ > 0) {
+        } else if (record.useTicks && !rightOnly && repeatDelay_ > 0) {
             --repeatDelay_;
         } else {
             Call(captured_.onClick);

@@ -56,14 +56,14 @@ protected:
     Song& CurrentSong() { return app_->GetSndPlayer()->GetSong(); }
     fs::path Directory() const { return home_.Path() / "vonta"; }
     void Silence() {
-        Config config;
-        config.flags &= ~std::uint32_t{kFullscreen};
-        config.mode = 3;
-        config.waitTime = 0;
+        config_.flags &= ~std::uint32_t{kFullscreen};
+        config_.mode = 3;
+        config_.waitTime = 0;
         fs::create_directories(Directory());
-        config.Save(Directory() / "Vonta.cfg", Directory() / "Keyb.cfg");
+        config_.Save(Directory() / "Vonta.cfg", Directory() / "Keyb.cfg");
     }
 
+    Config config_;                                      // that it starts with
     TempDirectory home_;
     fs::path before_ = fs::current_path();
     HeadlessWindow* window_ = nullptr;
@@ -87,6 +87,13 @@ TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
     for (int i = 0; i < 3; ++i) Key(kScanEscape);    // asked, declined, asked
     Key(kScanY);
     EXPECT_TRUE(app_->GetTracker().m_bQuit);
+}
+
+TEST_F(Tracker, TheFirstSongHasTheAmplificationOfTheConfiguration) {
+    config_.amplification = 0.35f;
+    ASSERT_EQ(Start(), 0);
+    EXPECT_FLOAT_EQ(CurrentSong().masterVolume, 0.35f);
+    EXPECT_FLOAT_EQ(app_->GetSndPlayer()->GetMixer().masterAmp, 0.35f);
 }
 
 TEST_F(Tracker, RestartsTheVideoWithoutTouchingTheSong) {

@@ -148,6 +148,13 @@ TEST_F(MixdownTest, ASongThatStopsItsTempoEndsAndGetsItBack) {
     EXPECT_LT(result.frames, 44100u);
     EXPECT_EQ(player.GetSong().GetTempo(), 3u);
     EXPECT_EQ(player.GetSong().GetBPM(), 140u);
+
+    player.GetSong().KeepStart();                    // as an interface does; now the song has been played
+    player.SetTempo(0);
+    player.SetBPM(60);
+    EXPECT_EQ(Run({}, {.loops = 5}).frames, result.frames);
+    EXPECT_EQ(player.GetSong().GetTempo(), 0u);
+    EXPECT_EQ(player.GetSong().GetBPM(), 60u);
 }
 
 TEST_F(MixdownTest, TheRateIsInTheHeadAndThePitchAndLengthStay) {

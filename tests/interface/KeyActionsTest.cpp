@@ -289,6 +289,10 @@ TEST(Wheel, DoesWhatTheConfigurationSaysForTheKeyHeld) {
     EXPECT_EQ(rig.state.pending.m_nSelected[kListInstruments], 4);
     turn(90);
     EXPECT_EQ(rig.state.pending.m_nSelected[kListInstruments], 1);
+    rig.Modifiers(kMaskShift, true);             // two of them count as none
+    turn(-2);
+    EXPECT_EQ(rig.state.pending.m_nSelected[kListInstruments], 1);
+    EXPECT_EQ(rig.state.CursorRow(), 4);
 }
 
 TEST(PollMouse, AClickBetweenTwoFramesIsOneAtItsPlace) {

@@ -63,7 +63,7 @@ TEST(MouseRegions, CallsByTheEventsOfTheRegion) {
         {"held outside drags", kOnLeftHeld, true, true, "L oL2 L5 oL1 -", ". dd cc d ."},
         {"or clicks", kOnLeftHeld | kOnLeftHeldOutside, true, false, "L oL2 -", ". cc ."},
         {"or does nothing", kOnLeftHeld, true, false, "L oL2 -", ". . ."},
-        {"right held never drags", kOnRightHeld, true, true, "R R5 oR5 -", ". cc . ."},
+        {"right held repeats at once and never drags", kOnRightHeld, true, true, "R R5 oR5 -", ". ccccc . ."},
         {"both at once let go", kOnBothPress | kOnRelease, true, true, "LR LR9 -", "c . ."},
         {"both held", kOnBothHeld, true, true, "LR LR4 oLR1 -", ". c d ."},
         {"a second button while the first is held", kOnLeftPress | kOnRightPress, true, true, "L LR -", "c c ."},

@@ -1,12 +1,17 @@
 #include <gtest/gtest.h>
 
 #include "interface/layout/ConfigLayout.h"
+#include "interface/layout/DiskOpLayout.h"
 #include "interface/layout/MainLayout.h"
 #include "interface/layout/OptionsLayouts.h"
+#include "interface/layout/QuestionLayouts.h"
+#include "interface/layout/ScopesLayout.h"
 #include "interface/layout/TextLayouts.h"
 #include "interface/screens/HelpScreen.h"
 #include "interface/screens/ScrolledText.h"
 #include "interface/view/ListItems.h"
+#include "platform/Clock.h"
+#include "tests/support/BuiltPacks.h"
 #include "tests/support/InterfaceRig.h"
 
 namespace vonta {
@@ -100,6 +105,116 @@ TEST(OptionPanels, AButtonShowsItsScreenAndHidesItAgain) {
     EXPECT_FALSE(rig.player.IsPlaying() || rig.state.pending.m_bEditMode);
     rig.Click(kRightOptionsLayout, kRightExit);
     EXPECT_TRUE(rig.state.m_bDialogOpen);
+}
+
+// What a frame shows of an item.
+std::vector<std::uint32_t> PixelsOf(InterfaceRig& rig, const LayoutItem& item) {
+    rig.Frame();
+    std::vector<std::uint32_t> pixels;
+    for (int y = 0; y < item.height; ++y)
+        for (int x = 0; x < item.width; ++x) pixels.push_back(rig.display.PixelAt(item.x + x, item.y + y));
+    return pixels;
+}
+
+TEST(StartTempo, IsKeptShownAndSavedWhateverTheSongMakesOfIt) {
+    constexpr std::uint8_t kTempoCommand = 15;
+    InterfaceRig rig(SongBuilder().Channels(4).Bpm(125).Tempo(6).Pattern(0, 8).Effect(0, 0, kTempoCommand, 200)
+                         .Effect(1, 0, kTempoCommand, 0).Build(), OpenBuiltPacks());
+    const Song& song = rig.state.CurrentSong();
+    const LayoutItem& field = ItemOf(kScopesLayout, kScopesPresent);
+    const auto unchanged = PixelsOf(rig, field);
+    const auto play = [&](int id) {
+        rig.Click(kRightOptionsLayout, id);
+        rig.Frame();
+        EXPECT_EQ(song.GetTempo(), 6u);
+        rig.Sound(400);
+        return std::pair(static_cast<int>(rig.player.GetBPM()), static_cast<int>(song.GetTempo()));
+    };
+    for (const int id : {kRightPlaySong, kRightPlaySong, kRightPlayPattern}) {
+        EXPECT_EQ(play(id), std::pair(200, 0));
+        EXPECT_FALSE(PixelsOf(rig, field) == unchanged);
+    }
+    rig.state.m_szSongName = "kept";
+    rig.ui.ShowScreen(kScreenDiskOp);
+    rig.ui.DiskOp().GoTo(rig.directory.Path());
+    for (const auto& [format, file] : {std::pair{kSaveNative, "kept.vtm"}, {kSaveXm, "kept.xm"}}) {
+        rig.Frame();
+        rig.Click(kDiskOpLayout, kDiskSave);
+        for (const SaveControl id : {format, kSaveGo}) {
+            const LayoutItem button = MovedBy(ItemOf(kSaveLayout, id), kSaveLayout.x, kSaveLayout.y);
+            rig.Click(button.x + 4, button.y + 4);
+        }
+        rig.ui.CloseQuestion();
+        LoadReport report;
+        bool unknown = false;
+        const auto saved = LoadModule(rig.directory.File(file), unknown, report);
+        ASSERT_TRUE(saved) << file;
+        EXPECT_EQ(std::pair(saved->GetBPM(), saved->GetTempo()), std::pair(125u, 6u)) << file;
+    }
+    rig.ui.ShowScreen(kScreenScopes);
+    rig.Frame();
+    rig.Click(kScopesLayout, kScopesBpmUp);
+    rig.Click(kScopesLayout, kScopesTicksDown);
+    EXPECT_EQ(std::pair(rig.player.GetBPM(), song.GetTempo()), std::pair(126.0f, 5u)) << "what is set is heard";
+    EXPECT_TRUE(PixelsOf(rig, field) == unchanged);
+}
+
+TEST(ConfigScreen, TheAmplificationIsTheSongsTheSoundsAndTheOneThatIsKept) {
+    InterfaceRig rig;
+    rig.ui.ShowScreen(kScreenConfig);
+    rig.state.requests.song.object = Song::MakeDefault();
+    rig.state.requests.song.object->SetMasterVolume(0.5f);
+    rig.Frame();
+    rig.Click(kConfigLayout, kConfigSave);
+    EXPECT_FLOAT_EQ(rig.config.amplification, 0.5f);
+    rig.Click(kConfigLayout, kConfigAmplificationUp);
+    EXPECT_FLOAT_EQ(rig.state.CurrentSong().masterVolume, 0.51f);
+    EXPECT_FLOAT_EQ(rig.player.GetMixer().masterAmp, 0.51f);
+    rig.state.NewSong();
+    rig.Frame();
+    EXPECT_FLOAT_EQ(rig.player.GetMixer().masterAmp, 0.51f);
+}
+
+TEST(ConfigScreen, TheLatencyIsWhatTheDeviceHas) {
+    InterfaceRig rig;
+    rig.ui.ShowScreen(kScreenConfig);
+    rig.device->latency = 44100 * 4 / 20;        // the device has made 50 ms of the 100 that were wished
+    rig.Frame();
+    EXPECT_EQ(rig.config.latency, 100);
+    rig.Click(kConfigLayout, kConfigLatencyUp);
+    rig.Frame();
+    EXPECT_EQ(rig.config.latency, 51);
+    rig.device->latency = 44100 * 4 / 500 + 20;  // 2 ms
+    rig.Frame();
+    rig.Click(kConfigLayout, kConfigLatencyDown);
+    rig.Frame();
+    EXPECT_EQ(rig.config.latency, 2);
+}
+
+// A port that is asked when it was last busy.
+struct QuietInput final : DrvMIDIIN {
+    int Open(int) override { return 0; }
+    std::string GetName() const override { return "Quiet"; }
+    int Read(std::uint32_t*) override { return 0; }
+    std::uint32_t GetLastTime() const override { return last; }
+    std::uint32_t last = 0;
+};
+
+TEST(ConfigScreen, ALightTellsOfMessagesOfTheChosenInput) {
+    InterfaceRig rig(nullptr, OpenBuiltPacks());
+    auto input = std::make_unique<QuietInput>();
+    QuietInput& port = *input;
+    rig.player.GetMixer().midiIn[1] = std::move(input);
+    rig.ui.ShowScreen(kScreenConfig);
+    const LayoutItem& light = ItemOf(kConfigLayout, kConfigMidiInLight);
+    const auto dark = PixelsOf(rig, light);
+    port.last = Milliseconds() - 10;
+    EXPECT_TRUE(PixelsOf(rig, light) == dark) << "another input";
+    rig.Click(kConfigLayout, kConfigMidiInUp);
+    port.last = Milliseconds() - 10;
+    EXPECT_FALSE(PixelsOf(rig, light) == dark);
+    port.last = Milliseconds() - 1000;
+    EXPECT_TRUE(PixelsOf(rig, light) == dark);
 }
 
 TEST(ConfigScreen, RowsChangeTheirValueWhatHangsOnItAndStopAtTheEnds) {
