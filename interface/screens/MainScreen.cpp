@@ -203,7 +203,7 @@ void MainScreen::OnPanic(ControlRecord&) { Player().Panic(); }
 void MainScreen::OnColours(ControlRecord&) { Settings().flags ^= kShowInstrColors; }
 
 void MainScreen::OnWindowMode(ControlRecord&) {
-    Ui().Keys().Reset();                         // the device is let go: no release of a held key will come
+    Ui().ForgetKeys();                           // the device is let go: no release of a held key will come
     Ui().Host().RequestVideoRestart();
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <string>
 
 #include "app/config/KeyTable.h"
 
@@ -57,34 +58,23 @@ TEST(Input, GivesTwentyEventsAPollAndLosesNoRelease) {
     EXPECT_EQ(key, kNoKey);
 }
 
-TEST(Input, ARepeatIsArmedForAKeyAMaskAndAnActionUntilTheKeyIsDisarmed) {
+TEST(Input, AClickBetweenTwoFramesIsOneAtItsPlaceUnlessTheMouseIsSkipped) {
     Input input;
-    input.ArmRepeat(kKeyUp, kMaskControl, 94, 5);
-    input.ArmRepeat(kKeyUp, 0, 209, 7);
-    input.ArmRepeat(kKeyDown, 0, 95, 9);
-    EXPECT_EQ(input.Repeat(kKeyUp, kMaskControl, 94), 5u);
-    EXPECT_EQ(input.Repeat(kKeyUp, 0, 94), Input::kNotArmed);
-    input.DisarmKey(kKeyUp);
-    EXPECT_EQ(input.Repeat(kKeyUp, kMaskControl, 94), Input::kNotArmed);
-    EXPECT_EQ(input.Repeat(kKeyUp, 0, 209), Input::kNotArmed);
-    EXPECT_EQ(input.Repeat(kKeyDown, 0, 95), 9u);
-    input.OnKey(4, true);
-    input.Reset();
-    input.Poll();
-    EXPECT_EQ(input.EventCount(), 0);
-    EXPECT_EQ(input.Repeat(kKeyDown, 0, 95), Input::kNotArmed);
-}
-
-TEST(Input, SkippingTheMouseForgetsItsClicksAndTheWheelButNotWhereItIs) {
-    Input input;
-    input.OnMouse(5, 6, true, false);
-    input.OnMouse(7, 8, false, false);
-    input.OnWheel(2);
-    input.SkipMouse();
-    input.PollMouse();
-    EXPECT_FALSE(input.Left());
-    EXPECT_EQ(input.MouseX(), 7);
-    EXPECT_EQ(input.GetMouseWheel(), 0);
+    std::string seen;
+    for (const bool skips : {false, true}) {
+        input.OnMouse(10, 10, false, false);
+        input.OnMouse(20, 20, true, false);
+        input.OnMouse(20, 20, false, false);
+        input.OnMouse(30, 30, false, false);
+        input.OnWheel(2);
+        if (skips) input.SkipMouse();
+        for (int i = 0; i < 4; ++i) {
+            input.PollMouse();
+            seen += std::to_string(input.MouseX()) + (input.Left() ? "L " : " ");
+        }
+        EXPECT_EQ(input.GetMouseWheel(), skips ? 0 : 2);
+    }
+    EXPECT_EQ(seen, "10 20L 30 30 30 30 30 30 ");
 }
 
 }  // namespace

@@ -14,19 +14,19 @@ TEST(Paint, WhileAQuestionIsOpenItsButtonsAloneAreLive) {
     rig.ui.AskToQuit();
     rig.Frame();
     EXPECT_EQ(rig.ui.Regions().List().size(), 2u);
-    rig.Click(kDialogLayout.x + 145 + 10, kDialogLayout.y + 61 + 10);
+    rig.Click(kDialogLayout, kDialogNo);
     EXPECT_FALSE(rig.state.m_bDialogOpen || rig.state.m_bQuit);
     rig.ui.AskToQuit();
     rig.Frame();
-    rig.Click(kDialogLayout.x + 48 + 10, kDialogLayout.y + 61 + 10);
+    rig.Click(kDialogLayout, kDialogYes);
     EXPECT_TRUE(rig.state.m_bQuit);
 }
 
 TEST(Paint, RecordingAndWorkOnFilesAreShown) {
     InterfaceRig rig(SongBuilder().SineInstrument(0, 64).Note(12, 3, 50, 1).Build(), OpenBuiltPacks());
-    const auto corner = [&] { rig.Frame(); return rig.display.PixelAt(2, 2); };
-    const auto middle = [&] { rig.Frame(); return rig.display.PixelAt(290, 290); };
-    const std::uint32_t plain = corner(), pattern = middle();
+    const auto corner = [&] { return rig.Pixels(2, 2, 1, 1); };
+    const auto middle = [&] { return rig.Pixels(290, 290, 1, 1); };
+    const auto plain = corner(), pattern = middle();
     rig.state.pending.m_bEditMode = true;
     EXPECT_NE(corner(), plain);
     rig.state.m_bLoadRequested = true;
@@ -35,12 +35,8 @@ TEST(Paint, RecordingAndWorkOnFilesAreShown) {
     EXPECT_EQ(middle(), pattern);
     const auto box = [&] {
         rig.state.m_bLoadRequested = true;
-        rig.Frame();
+        const auto pixels = rig.Pixels(kLoadingLayout.x, kLoadingLayout.y, kLoadingLayout.width, kLoadingLayout.height);
         rig.ui.CloseQuestion();
-        std::vector<std::uint32_t> pixels;
-        for (int y = kLoadingLayout.y; y < kLoadingLayout.y + kLoadingLayout.height; ++y)
-            for (int x = kLoadingLayout.x; x < kLoadingLayout.x + kLoadingLayout.width; ++x)
-                pixels.push_back(rig.display.PixelAt(x, y));
         return pixels;
     };
     rig.player.SetRow(10);
@@ -51,13 +47,7 @@ TEST(Paint, RecordingAndWorkOnFilesAreShown) {
 
 TEST(Paint, ANewVideoModeShowsTheSamePicture) {
     InterfaceRig rig({}, OpenBuiltPacks());
-    const auto picture = [&] {
-        rig.Frame(1);
-        std::vector<std::uint32_t> pixels;
-        for (int y = 0; y < kPictureHeight; y += 3)
-            for (int x = 0; x < kPictureWidth; x += 3) pixels.push_back(rig.display.PixelAt(x, y));
-        return pixels;
-    };
+    const auto picture = [&] { return rig.Pixels(0, 0, kPictureWidth, kPictureHeight, 1); };
     rig.Frame();
     const auto before = picture();
     EXPECT_EQ(rig.ui.Start(false), 0);

@@ -70,8 +70,10 @@ TEST(MainPanel, MutesTheItemOfTheRowAndPlaysAndStops) {
         rig.Click(kMainLayout, kMainPlay);
         EXPECT_EQ(rig.player.IsPlaying(), playing);
     }
+    rig.Modifiers(kMaskShift, true);
     rig.Click(kMainLayout, kMainWindowMode);
     EXPECT_EQ(rig.host.videoRestarts, 1);
+    EXPECT_EQ(rig.ui.ModifierMask(), 0) << "no release will come";
 }
 
 TEST(ListItems, TheRainbowRisesAndFallsOncePerColour) {
@@ -107,22 +109,13 @@ TEST(OptionPanels, AButtonShowsItsScreenAndHidesItAgain) {
     EXPECT_TRUE(rig.state.m_bDialogOpen);
 }
 
-// What a frame shows of an item.
-std::vector<std::uint32_t> PixelsOf(InterfaceRig& rig, const LayoutItem& item) {
-    rig.Frame();
-    std::vector<std::uint32_t> pixels;
-    for (int y = 0; y < item.height; ++y)
-        for (int x = 0; x < item.width; ++x) pixels.push_back(rig.display.PixelAt(item.x + x, item.y + y));
-    return pixels;
-}
-
 TEST(StartTempo, IsKeptShownAndSavedWhateverTheSongMakesOfIt) {
     constexpr std::uint8_t kTempoCommand = 15;
     InterfaceRig rig(SongBuilder().Channels(4).Bpm(125).Tempo(6).Pattern(0, 8).Effect(0, 0, kTempoCommand, 200)
                          .Effect(1, 0, kTempoCommand, 0).Build(), OpenBuiltPacks());
     const Song& song = rig.state.CurrentSong();
     const LayoutItem& field = ItemOf(kScopesLayout, kScopesPresent);
-    const auto unchanged = PixelsOf(rig, field);
+    const auto unchanged = rig.Pixels(field);
     const auto play = [&](int id) {
         rig.Click(kRightOptionsLayout, id);
         rig.Frame();
@@ -132,7 +125,7 @@ TEST(StartTempo, IsKeptShownAndSavedWhateverTheSongMakesOfIt) {
     };
     for (const int id : {kRightPlaySong, kRightPlaySong, kRightPlayPattern}) {
         EXPECT_EQ(play(id), std::pair(200, 0));
-        EXPECT_FALSE(PixelsOf(rig, field) == unchanged);
+        EXPECT_FALSE(rig.Pixels(field) == unchanged);
     }
     rig.state.m_szSongName = "kept";
     rig.ui.ShowScreen(kScreenDiskOp);
@@ -140,10 +133,8 @@ TEST(StartTempo, IsKeptShownAndSavedWhateverTheSongMakesOfIt) {
     for (const auto& [format, file] : {std::pair{kSaveNative, "kept.vtm"}, {kSaveXm, "kept.xm"}}) {
         rig.Frame();
         rig.Click(kDiskOpLayout, kDiskSave);
-        for (const SaveControl id : {format, kSaveGo}) {
-            const LayoutItem button = MovedBy(ItemOf(kSaveLayout, id), kSaveLayout.x, kSaveLayout.y);
-            rig.Click(button.x + 4, button.y + 4);
-        }
+        rig.Click(kSaveLayout, format);
+        rig.Click(kSaveLayout, kSaveGo);
         rig.ui.CloseQuestion();
         LoadReport report;
         bool unknown = false;
@@ -156,7 +147,7 @@ TEST(StartTempo, IsKeptShownAndSavedWhateverTheSongMakesOfIt) {
     rig.Click(kScopesLayout, kScopesBpmUp);
     rig.Click(kScopesLayout, kScopesTicksDown);
     EXPECT_EQ(std::pair(rig.player.GetBPM(), song.GetTempo()), std::pair(126.0f, 5u)) << "what is set is heard";
-    EXPECT_TRUE(PixelsOf(rig, field) == unchanged);
+    EXPECT_TRUE(rig.Pixels(field) == unchanged);
 }
 
 TEST(ConfigScreen, TheAmplificationIsTheSongsTheSoundsAndTheOneThatIsKept) {
@@ -207,14 +198,14 @@ TEST(ConfigScreen, ALightTellsOfMessagesOfTheChosenInput) {
     rig.player.GetMixer().midiIn[1] = std::move(input);
     rig.ui.ShowScreen(kScreenConfig);
     const LayoutItem& light = ItemOf(kConfigLayout, kConfigMidiInLight);
-    const auto dark = PixelsOf(rig, light);
+    const auto dark = rig.Pixels(light);
     port.last = Milliseconds() - 10;
-    EXPECT_TRUE(PixelsOf(rig, light) == dark) << "another input";
+    EXPECT_TRUE(rig.Pixels(light) == dark) << "another input";
     rig.Click(kConfigLayout, kConfigMidiInUp);
     port.last = Milliseconds() - 10;
-    EXPECT_FALSE(PixelsOf(rig, light) == dark);
+    EXPECT_FALSE(rig.Pixels(light) == dark);
     port.last = Milliseconds() - 1000;
-    EXPECT_TRUE(PixelsOf(rig, light) == dark);
+    EXPECT_TRUE(rig.Pixels(light) == dark);
 }
 
 TEST(ConfigScreen, RowsChangeTheirValueWhatHangsOnItAndStopAtTheEnds) {
@@ -226,10 +217,6 @@ TEST(ConfigScreen, RowsChangeTheirValueWhatHangsOnItAndStopAtTheEnds) {
     };
     press(kConfigAmplificationUp, 30);
     EXPECT_FLOAT_EQ(rig.config.amplification, 1.0f);
-    press(kConfigAmplificationDown);
-    EXPECT_FLOAT_EQ(rig.player.GetMixer().masterAmp, 0.99f);
-    press(kConfigLatencyUp);
-    EXPECT_EQ(rig.config.latency, 101);
     press(kConfigInterpolationUp, 3);
     EXPECT_EQ(rig.player.GetMixer().interpolation, static_cast<std::uint32_t>(Interpolation::Cubic));
     press(kConfigMidiOutUp, 20);

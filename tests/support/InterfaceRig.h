@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "interface/TrackerInterface.h"
 #include "interface/screens/DiskOpScreen.h"
@@ -128,9 +129,19 @@ public:
         MouseTo(x, y);
     }
     void Click(const ScreenLayout& layout, int id, bool right = false) {
-        for (const LayoutItem& item : layout.items)
-            if (item.id == id) return Click(item.x + item.width / 2, item.y + item.height / 2, right);
+        const LayoutItem item = MovedBy(ItemOf(layout, id), layout.x - layout.OriginX(), layout.y - layout.OriginY());
+        Click(item.x + item.width / 2, item.y + item.height / 2, right);
     }
+
+    // A frame, and what it shows in a rectangle.
+    std::vector<std::uint32_t> Pixels(int x, int y, int width, int height, int milliseconds = kFrameMs) {
+        Frame(milliseconds);
+        std::vector<std::uint32_t> pixels;
+        for (int row = y; row < y + height; ++row)
+            for (int column = x; column < x + width; ++column) pixels.push_back(display.PixelAt(column, row));
+        return pixels;
+    }
+    std::vector<std::uint32_t> Pixels(const LayoutItem& item) { return Pixels(item.x, item.y, item.width, item.height); }
 
     Cell At(int row, int track) { return state.ShownPattern().Read(row, track); }
 
