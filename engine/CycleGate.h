@@ -1,4 +1,5 @@
-// The gate at the head of the block cycle: held shut for the moment in which another thread exchanges parts of the song.
+// The gate at the head of the block cycle: held shut for the moment in which another thread exchanges parts of the
+// song.
 //
 // The audio side never waits here: a call that finds the gate shut is left out, and the next one makes up for it from
 // where the device stands by then. Whoever holds it waits instead, for the end of a cycle that is inside; and so that

@@ -6,11 +6,13 @@
 #include "platform/FlushToZero.h"
 
 namespace vonta {
+namespace {
+
 // The tick's length and position are taken once: a tempo change of an effect takes hold at the next block.
 template <class MixSegment>
-bool SndPlayer::WalkTicks(int frames, bool silent, MixSegment mixSegment) {
-    const int tickLength = std::max(1, static_cast<int>(Load(mixer_->samplesPerTick)));
-    int position = static_cast<int>(mixer_->tickPosition);
+bool WalkTicks(Mixer& mixer, Sequencer& sequencer, int frames, bool silent, MixSegment mixSegment) {
+    const int tickLength = std::max(1, static_cast<int>(Load(mixer.samplesPerTick)));
+    int position = static_cast<int>(mixer.tickPosition);
     bool wrapped = false;
     for (int offset = 0; offset < frames;) {
         const int toTick = position < tickLength ? tickLength - position : position == tickLength ? 0 : tickLength;
@@ -19,22 +21,24 @@ bool SndPlayer::WalkTicks(int frames, bool silent, MixSegment mixSegment) {
         position += segment;
         if (position >= tickLength) {
             position -= tickLength;
-            mixer_->cpuScan->Begin(kCpuTick);
-            wrapped |= DoTick(silent);
-            mixer_->cpuScan->End(kCpuTick);
+            mixer.cpuScan->Begin(kCpuTick);
+            wrapped |= sequencer.DoTick(silent);
+            mixer.cpuScan->End(kCpuTick);
         }
         offset += segment;
     }
-    mixer_->tickPosition = static_cast<float>(position);
+    mixer.tickPosition = static_cast<float>(position);
     return wrapped;
 }
+
+}  // namespace
 
 bool SndPlayer::Render(int frames) {
     const FlushToZero flush;
     frames = std::clamp(frames, 0, kMaxBlockFrames);
-    ApplyMuteRequests();
+    requests_.ApplyMutes(*mixer_);
     mixer_->BeginBlock();
-    const bool wrapped = WalkTicks(frames, false, [this](int offset, int segment) {
+    const bool wrapped = WalkTicks(*mixer_, sequencer_, frames, false, [this](int offset, int segment) {
         mixer_->MixSegment(*song_, offset, segment);
     });
     mixer_->FinishBlock(frames, Milliseconds());
@@ -42,7 +46,7 @@ bool SndPlayer::Render(int frames) {
 }
 
 bool SndPlayer::RenderSilently(int frames) {
-    return WalkTicks(frames, true, [](int, int) {});
+    return WalkTicks(*mixer_, sequencer_, frames, true, [](int, int) {});
 }
 
 }  // namespace vonta

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/SndPlayer.h"
+#include "engine/channels/NoteStarter.h"
 
 namespace vonta {
 namespace {
@@ -87,7 +87,7 @@ void SetFilters(Channel& channel, const Instrument& instrument, std::uint32_t sa
 
 }  // namespace
 
-struct SndPlayer::NoteStart {
+struct NoteStarter::NoteStart {
     Instrument& instrument;
     Channel& channel;
     const Sample& sample;
@@ -99,12 +99,12 @@ struct SndPlayer::NoteStart {
     int volume;                                   // effective, 0 to 128
 };
 
-void SndPlayer::PlayNote(int instrumentNumber, int note, int offset, int volume, int track, int pan,
+void NoteStarter::PlayNote(int instrumentNumber, int note, int offset, int volume, int track, int pan,
                          std::uint32_t time) {
     if (note < 0 || note > kLastNote) return;
     Instrument* const instrument = song_->GetInstrument(instrumentNumber);
     if (!instrument) return;
-    if (instrument->midi.enabled) SendMidiNote(track, instrumentNumber, note, volume, time);
+    if (instrument->midi.enabled) midi_.Send(track, instrumentNumber, note, volume, time);
 
     const int key = static_cast<int>(std::clamp<std::int64_t>(std::int64_t{note} + instrument->transpose, -1, kKeys));
     const int velocity = std::min(volume, kFullVelocity);
@@ -116,7 +116,7 @@ void SndPlayer::PlayNote(int instrumentNumber, int note, int offset, int volume,
     const int notePan = (pan & 0xFF00) ? pan & 0xFF : sample ? sample->panning : kOwnPan;
     const float cutoff = StepCutoffLfo(*instrument);
 
-    if (!instrument->midi.enabled) SendMidiNoteOff(GetChannel(track), time);   // it would hang beside the new note
+    if (!instrument->midi.enabled) midi_.SendOff(GetChannel(track), time);   // it would hang beside the new note
     MoveOldSoundOut(track);
     Channel& channel = GetChannel(track);         // a clean one, if the old one sounded
     channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
@@ -138,7 +138,7 @@ void SndPlayer::PlayNote(int instrumentNumber, int note, int offset, int volume,
     memory.savedPeriod = static_cast<float>(channel.voices[0].period);
 }
 
-void SndPlayer::SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff,
+void NoteStarter::SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff,
                                    float resonance) {
     const auto next = [&instrument](EnvelopeKind kind) -> const Envelope& {
         const auto index = static_cast<std::size_t>(instrument.NextEnvelope(kind));
@@ -150,9 +150,9 @@ void SndPlayer::SetupNextEnvelopes(Channel& channel, Instrument& instrument, std
     channel.SetupEnvelopes(volumeCurve, panCurve, cutoffCurve, next(EnvelopeKind::Resonance), pan, cutoff, resonance);
 }
 
-void SndPlayer::StartVoices(const NoteStart& start) {
+void NoteStarter::StartVoices(const NoteStart& start) {
     Channel& channel = start.channel;
-    const std::uint32_t rate = mixer_->sampleRate;
+    const std::uint32_t rate = mixer_.sampleRate;
     const int pitch = PitchNote(start.instrument, start.sample, start.note);
     channel.active = 1;
     channel.numVoices = 1;
@@ -175,7 +175,7 @@ void SndPlayer::StartVoices(const NoteStart& start) {
 }
 
 // The LFO steps once for each note, not in time. Returns the cutoff of this note.
-float SndPlayer::StepCutoffLfo(Instrument& instrument) {
+float NoteStarter::StepCutoffLfo(Instrument& instrument) {
     constexpr float kTurn = 360.0f;
     const float depth = instrument.cutoffLfoDepth;
     float& phase = instrument.cutoffLfoPhase;
@@ -202,14 +202,14 @@ float SndPlayer::StepCutoffLfo(Instrument& instrument) {
 }
 
 // The MIDI note stays with the track: its note off is still to come.
-void SndPlayer::MoveOldSoundOut(int track) {
+void NoteStarter::MoveOldSoundOut(int track) {
     const auto index = static_cast<std::size_t>(track);
-    std::unique_ptr<Channel>& current = mixer_->channels[index];
+    std::unique_ptr<Channel>& current = mixer_.channels[index];
     if (current->volumeEnvelope.on && current->active) current->keyOff = 1;
     if (!current->active && !current->voices[0].fadeCount) return;
 
     const bool goesOn = current->newNoteAction == 1;
-    std::unique_ptr<Channel>& place = mixer_->reserve[goesOn ? mixer_->reserveIndex : index];
+    std::unique_ptr<Channel>& place = mixer_.reserve[goesOn ? mixer_.reserveIndex : index];
     std::swap(current, place);
     std::swap(current->midi, place->midi);
     current->Reset();
@@ -217,7 +217,7 @@ void SndPlayer::MoveOldSoundOut(int track) {
         place->Stop();
         return;
     }
-    mixer_->reserveIndex = (mixer_->reserveIndex + 1) % kTracks;
+    mixer_.reserveIndex = (mixer_.reserveIndex + 1) % kTracks;
     if (place->volumeEnvelope.on && place->active) {
         place->fadeOut = std::max(place->fadeOut, kReserveFadeOut);
     } else {
@@ -225,9 +225,9 @@ void SndPlayer::MoveOldSoundOut(int track) {
     }
 }
 
-void SndPlayer::KeyOff(int track, std::uint32_t time) {
+void NoteStarter::KeyOff(int track, std::uint32_t time) {
     Channel& channel = GetChannel(track);
-    SendMidiNoteOff(channel, time);
+    midi_.SendOff(channel, time);
     if (channel.volumeEnvelope.on && channel.active) {
         channel.keyOff = 1;
     } else {

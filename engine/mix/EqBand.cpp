@@ -4,7 +4,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "engine/sequence/RunningState.h"
+#include "engine/mix/RunningState.h"
 
 namespace vonta {
 

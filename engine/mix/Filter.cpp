@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "engine/sequence/RunningState.h"
+#include "engine/mix/RunningState.h"
 
 namespace vonta {
 namespace {

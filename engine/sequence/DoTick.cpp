@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "engine/sequence/Effects.h"
-#include "engine/SndPlayer.h"
+#include "engine/sequence/Sequencer.h"
 #include "platform/Clock.h"
 
 namespace vonta {
@@ -10,21 +10,21 @@ namespace {
 constexpr std::int8_t kLongestTick = 127;
 }
 
-bool SndPlayer::DoTick(bool silent) {
+bool Sequencer::DoTick(bool silent) {
     silent_ = silent;
     if (tick_ < kLongestTick) ++tick_;            // with tempo 0 it stands there until rows move again
     const bool wrapped = playing_ && !ended_ && AdvanceSequencer(silent);
     if (silent) return wrapped;
 
     RunJamQueue();
-    for (auto* table : {&mixer_->channels, &mixer_->reserve})
+    for (auto* table : {&mixer_.channels, &mixer_.reserve})
         for (const auto& channel : *table) channel->Tick(tickStep_);   // before any of them is refreshed
-    for (auto* table : {&mixer_->channels, &mixer_->reserve})
+    for (auto* table : {&mixer_.channels, &mixer_.reserve})
         for (const auto& channel : *table) channel->Refresh();
     return wrapped;
 }
 
-bool SndPlayer::AdvanceSequencer(bool silent) {
+bool Sequencer::AdvanceSequencer(bool silent) {
     tickCounter_ = tickCounter_ + 1;
     const auto tempo = static_cast<int>(std::min<std::uint32_t>(song_->GetTempo(), kLongestTick));
     if (tempo == 0) return false;
@@ -43,18 +43,18 @@ bool SndPlayer::AdvanceSequencer(bool silent) {
     return wrapped;
 }
 
-void SndPlayer::RunTickEffects() {
+void Sequencer::RunTickEffects() {
     const int channels = std::clamp(Load(song_->numChannels), 0, kMaxChannels);
     for (int channel = 0; channel < channels; ++channel) PerformTickEffects(*this, channel, tick_);
 }
 
 // A missing pattern plays as 64 empty rows.
-const Pattern& SndPlayer::CurrentPattern() const {
+const Pattern& Sequencer::CurrentPattern() const {
     const Pattern* pattern = song_->GetPattern(static_cast<int>(pattern_));
     return pattern ? *pattern : *emptyPattern_;
 }
 
-bool SndPlayer::AdvanceRow() {
+bool Sequencer::AdvanceRow() {
     bool wrapped = false;
     const bool jumped = patternBreak_ || orderJump_;
     if (loopJump_) row_ = loopRow_;
@@ -82,7 +82,7 @@ bool SndPlayer::AdvanceRow() {
 }
 
 // True if the song wrapped.
-bool SndPlayer::GoToNextPosition() {
+bool Sequencer::GoToNextPosition() {
     const auto length = static_cast<std::int32_t>(song_->GetPatternPosLenght());
     const bool wraps = position_ + 1 >= length;
     if (wraps) TellSongEnd();
@@ -91,13 +91,17 @@ bool SndPlayer::GoToNextPosition() {
     return wraps;
 }
 
-void SndPlayer::EnterPosition(std::int32_t position) {
+void Sequencer::TellSongEnd() {
+    if (SongEndListener* listener = songEndListener_) listener->OnSongEnd();
+}
+
+void Sequencer::EnterPosition(std::int32_t position) {
     position_ = position;
     pattern_ = static_cast<std::uint32_t>(song_->GetPatternPosIndex(position));
 }
 
 // True if a jump closed a circle. From there, as after a wrap, the song starts over, and so does what counts as seen.
-bool SndPlayer::NoteVisit(bool jumped, bool wrapped) {
+bool Sequencer::NoteVisit(bool jumped, bool wrapped) {
     if (position_ < 0 || position_ >= kMaxPositions || row_ < 0 || row_ >= kMaxRows) return false;
     const auto here = static_cast<std::size_t>(position_ * kMaxRows + row_);
     const bool circle = jumped && !wrapped && visited_[here];
@@ -107,50 +111,51 @@ bool SndPlayer::NoteVisit(bool jumped, bool wrapped) {
     return circle;
 }
 
-void SndPlayer::SetVisitTracking(bool on) {
+void Sequencer::SetVisitTracking(bool on) {
     trackVisits_ = on;
     ClearVisits();
 }
 
-void SndPlayer::ClearVisits() {
+void Sequencer::ClearVisits() {
     visited_.reset();
     revisited_ = false;
 }
 
 // Started in the tick grid, and refreshed with all others at the end of this tick.
-void SndPlayer::RunJamQueue() {
+void Sequencer::RunJamQueue() {
     JamNote note;
-    while (jam_.Take(note)) {
+    while (requests_.TakeNote(note)) {
         const auto channel = static_cast<int>(note.channel % kTracks);
         const int volume = note.volume == 255 ? int{kNoVolume} : note.volume;
         if (note.note == kNoteOff) {
-            KeyOff(channel, Milliseconds());
+            notes_.KeyOff(channel, Milliseconds());
             continue;
         }
-        PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0, Milliseconds());
+        notes_.PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0,
+                        Milliseconds());
         Memory(channel).activeEffect = Memory(channel).volumeColumnEffect = 0;
     }
 }
 
-void SndPlayer::ResetSequencer() {
-    for (ChannelMemory& memory : memory_) memory = {};
+void Sequencer::ResetSequencer() {
+    notes_.ForgetMemories();
     loopJump_ = orderJump_ = patternBreak_ = loopRow_ = orderTarget_ = 0;
     patternDelay_ = 0;
     rowStep_ = 0;
-    for (const auto& channel : mixer_->channels) channel->Kill();
+    notes_.KillTracks();
     tick_ = -1;
 }
 
 // Only where the song keeps its start apart. From its beginning it starts as it was made; from elsewhere it goes on as it
 // last was, unless its rows would stand still.
-void SndPlayer::TakeStart(std::uint8_t flags) {
+void Sequencer::TakeStart(std::uint8_t flags) {
     const bool fromBeginning = flags == 0 && position_ == 0;
     const std::uint32_t bpm = song_->StartBpm(), tempo = song_->StartTempo();
     if (fromBeginning && bpm != song_->GetBPM()) SetBPM(static_cast<float>(bpm));
     if ((fromBeginning || song_->GetTempo() == 0) && tempo != song_->GetTempo()) SetTempo(tempo);
 }
 
-void SndPlayer::PerformPlay(std::uint8_t flags) {
+void Sequencer::PerformPlay(std::uint8_t flags) {
     if (!song_) return;
     TakeStart(flags);
     ResetSequencer();
@@ -161,49 +166,33 @@ void SndPlayer::PerformPlay(std::uint8_t flags) {
         row_ = 0;
     }
     startTime_ = Milliseconds();
-    random_ = 1;
+    notes_.RestartRandom();
     ended_ = 0;
-    desynced_ = 0;
     playing_ = 1;
-    DoTick();
+    DoTick(false);
     tickCounter_ = 0;
 }
 
-void SndPlayer::PerformStop(std::uint8_t keepPlaying, std::uint32_t immediate) {
+void Sequencer::PerformStop(std::uint8_t keepPlaying, std::uint32_t immediate) {
     if (!keepPlaying) playing_ = 0;
-    const std::uint32_t now = Milliseconds();
-    if (immediate) {
-        for (auto* table : {&mixer_->channels, &mixer_->reserve})
-            for (const auto& channel : *table) {
-                SendMidiNoteOff(*channel, now);
-                channel->SwitchOffEnvelopes();
-                channel->Reset();
-            }
-        return;
-    }
-    for (const auto& channel : mixer_->channels) {
-        SendMidiNoteOff(*channel, now);
-        if (channel->volumeEnvelope.on && channel->active) {
-            channel->keyOff = 1;
-        } else {
-            channel->Kill();
-        }
-    }
+    if (immediate) notes_.StopAll(Milliseconds());
+    else notes_.ReleaseAll(Milliseconds());
 }
 
-void SndPlayer::StopInstrument(int instrument) {
-    const std::uint32_t now = Milliseconds();
-    for (auto* table : {&mixer_->channels, &mixer_->reserve})
-        for (const auto& channel : *table) {
-            if (channel->lastInstrument != instrument) continue;
-            SendMidiNoteOff(*channel, now);
-            channel->LetGo();
-        }
+void Sequencer::EnterSong() {
+    bpm_ = BoundedBpm(static_cast<float>(song_->GetBPM()));
+    UpdateTickLength();
+    TempoChanged();
+    row_ = 0;
+    EnterPosition(0);
+    rowStep_ = 0;
+    patternDelay_ = 0;
+    loopJump_ = orderJump_ = patternBreak_ = 0;
 }
 
 // Silent ticks start no notes; effect memories and tempo commands on the way come out right. The count is a host's:
 // bounded to some hours of ticks.
-void SndPlayer::SeekToTick(std::uint32_t ticks) {
+void Sequencer::SeekToTick(std::uint32_t ticks) {
     ResetSequencer();
     row_ = 0;
     EnterPosition(0);

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "engine/SndPlayer.h"
+#include "engine/sequence/Sequencer.h"
 #include "platform/Clock.h"
 
 namespace vonta {
@@ -27,8 +27,8 @@ constexpr bool ExactlyOneNibble(int param) { return ((param & 0xF0) != 0) != ((p
 }  // namespace
 
 struct RowEffects {
-    static void Run(SndPlayer& player, const RowCell& row, int code, int param) {
-        player.Memory(row.channel).activeEffect = static_cast<std::uint16_t>((code << 8) | (param & 0xFF));
+    static void Run(Sequencer& sequencer, const RowCell& row, int code, int param) {
+        sequencer.Memory(row.channel).activeEffect = static_cast<std::uint16_t>((code << 8) | (param & 0xFF));
     }
 
     // A parameter of 0 takes the memory; any other is remembered.
@@ -37,7 +37,7 @@ struct RowEffects {
         return memory;
     }
 
-    static std::uint32_t Rate(SndPlayer& player) { return player.GetMixer().sampleRate; }
+    static std::uint32_t Rate(Sequencer& sequencer) { return sequencer.mixer_.sampleRate; }
 
     static void StepWave(std::uint8_t& position, std::uint8_t& negative, int speed) {
         position = static_cast<std::uint8_t>(position + speed);
@@ -47,188 +47,189 @@ struct RowEffects {
     }
 
     // 0: arpeggio.
-    static void StartArpeggio(SndPlayer& player, RowCell& row) {
-        Channel& channel = player.GetChannel(row.channel);
+    static void StartArpeggio(Sequencer& sequencer, RowCell& row) {
+        Channel& channel = sequencer.GetChannel(row.channel);
         if (!channel.active || !row.cell.param) return;
-        player.Memory(row.channel).arpeggioNote = static_cast<std::uint16_t>(channel.voices[0].note);
-        Run(player, row, kArpeggioTick, row.cell.param);
+        sequencer.Memory(row.channel).arpeggioNote = static_cast<std::uint16_t>(channel.voices[0].note);
+        Run(sequencer, row, kArpeggioTick, row.cell.param);
     }
-    static void Arpeggio(SndPlayer& player, int channel, int param, int tick) {
+    static void Arpeggio(Sequencer& sequencer, int channel, int param, int tick) {
         const int added[3] = {0, param & 15, param >> 4};
-        player.GetChannel(channel).SetNote(player.Memory(channel).arpeggioNote + added[tick % 3], Rate(player));
+        const int base = sequencer.Memory(channel).arpeggioNote;
+        sequencer.GetChannel(channel).SetNote(base + added[tick % 3], Rate(sequencer));
     }
 
     // 1 and 2: portamento.
-    static void StartPortaUp(SndPlayer& player, RowCell& row) {
-        Run(player, row, kPortaUp, Remember(player.Memory(row.channel).portaUpMemory, row.cell.param));
+    static void StartPortaUp(Sequencer& sequencer, RowCell& row) {
+        Run(sequencer, row, kPortaUp, Remember(sequencer.Memory(row.channel).portaUpMemory, row.cell.param));
     }
-    static void StartPortaDown(SndPlayer& player, RowCell& row) {
-        Run(player, row, kPortaDown, Remember(player.Memory(row.channel).portaDownMemory, row.cell.param));
+    static void StartPortaDown(Sequencer& sequencer, RowCell& row) {
+        Run(sequencer, row, kPortaDown, Remember(sequencer.Memory(row.channel).portaDownMemory, row.cell.param));
     }
-    static void PortaUp(SndPlayer& player, int channel, int param, int) {
-        player.GetChannel(channel).PortaUp(param * kPeriodsPerUnit, Rate(player));
+    static void PortaUp(Sequencer& sequencer, int channel, int param, int) {
+        sequencer.GetChannel(channel).PortaUp(param * kPeriodsPerUnit, Rate(sequencer));
     }
-    static void PortaDown(SndPlayer& player, int channel, int param, int) {
-        player.GetChannel(channel).PortaDown(param * kPeriodsPerUnit, Rate(player));
+    static void PortaDown(Sequencer& sequencer, int channel, int param, int) {
+        sequencer.GetChannel(channel).PortaDown(param * kPeriodsPerUnit, Rate(sequencer));
     }
 
     // 3: tone portamento.
-    static void StartTonePorta(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void StartTonePorta(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         if (row.cell.note < kNoNote) memory.portaTarget = row.cell.note;
         if (memory.portaTarget == -1) return;
-        Run(player, row, kTonePorta, Remember(memory.portaSpeedMemory, row.cell.param));
+        Run(sequencer, row, kTonePorta, Remember(memory.portaSpeedMemory, row.cell.param));
     }
-    static void TonePorta(SndPlayer& player, int channelNumber, int, int) {
-        const ChannelMemory& memory = player.Memory(channelNumber);
-        Channel& channel = player.GetChannel(channelNumber);
+    static void TonePorta(Sequencer& sequencer, int channelNumber, int, int) {
+        const ChannelMemory& memory = sequencer.Memory(channelNumber);
+        Channel& channel = sequencer.GetChannel(channelNumber);
         if (memory.portaTarget == -1) return;
         const Voice& voice = channel.voices[0];
         const double target = NoteToPeriod(std::max(0, memory.portaTarget + channel.noteOffset), voice.baseFineTune);
         const double speed = memory.portaSpeedMemory * kPeriodsPerUnit;
         const double period = voice.period > target ? std::max(voice.period - speed, target)
                                                     : std::min(voice.period + speed, target);
-        if (period != voice.period) channel.SetPeriod(period, Rate(player));
+        if (period != voice.period) channel.SetPeriod(period, Rate(sequencer));
     }
 
     // 4: vibrato.
-    static void SavePeriod(SndPlayer& player, const RowCell& row) {
+    static void SavePeriod(Sequencer& sequencer, const RowCell& row) {
         if (row.formerCode == kVibrato || row.formerCode == kVibratoSlide) return;
-        player.Memory(row.channel).savedPeriod =
-            static_cast<float>(player.GetChannel(row.channel).voices[0].period);
+        sequencer.Memory(row.channel).savedPeriod =
+            static_cast<float>(sequencer.GetChannel(row.channel).voices[0].period);
     }
-    static void StartVibrato(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void StartVibrato(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         const int speed = row.high ? row.high << 4 : memory.vibratoMemory & 0xF0;
         const int depth = row.low ? row.low : memory.vibratoMemory & 0x0F;
         memory.vibratoMemory = speed | depth;
-        SavePeriod(player, row);
-        Run(player, row, kVibrato, memory.vibratoMemory);
+        SavePeriod(sequencer, row);
+        Run(sequencer, row, kVibrato, memory.vibratoMemory);
     }
-    static void Vibrato(SndPlayer& player, int channel, int, int) {
-        ChannelMemory& memory = player.Memory(channel);
+    static void Vibrato(Sequencer& sequencer, int channel, int, int) {
+        ChannelMemory& memory = sequencer.Memory(channel);
         const int delta =
             ((sineTable[memory.vibratoPosition] * (memory.vibratoMemory & 15)) >> 7) * kPeriodsPerUnit;
-        player.GetChannel(channel).SetPeriod(
-            static_cast<double>(memory.savedPeriod) + (memory.vibratoNegative ? -delta : delta), Rate(player));
+        sequencer.GetChannel(channel).SetPeriod(
+            static_cast<double>(memory.savedPeriod) + (memory.vibratoNegative ? -delta : delta), Rate(sequencer));
         StepWave(memory.vibratoPosition, memory.vibratoNegative, memory.vibratoMemory >> 4);
     }
 
     // 5, 6 and 10: volume slides, alone or beside the two above.
-    static void StartSlide(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void StartSlide(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         if (ExactlyOneNibble(row.cell.param)) memory.slideMemory = row.cell.param;
-        Run(player, row, row.effect, memory.slideMemory);
+        Run(sequencer, row, row.effect, memory.slideMemory);
     }
-    static void StartVibratoSlide(SndPlayer& player, RowCell& row) {
-        SavePeriod(player, row);
-        StartSlide(player, row);
+    static void StartVibratoSlide(Sequencer& sequencer, RowCell& row) {
+        SavePeriod(sequencer, row);
+        StartSlide(sequencer, row);
     }
-    static void VolumeSlide(SndPlayer& player, int channel, int param, int) {
+    static void VolumeSlide(Sequencer& sequencer, int channel, int param, int) {
         const int up = param >> 4, down = param & 15;
         if (up && down) return;
-        ChangeVolume(player, channel, up - down);
+        ChangeVolume(sequencer, channel, up - down);
     }
-    static void TonePortaSlide(SndPlayer& player, int channel, int param, int tick) {
-        TonePorta(player, channel, param, tick);
-        VolumeSlide(player, channel, param, tick);
+    static void TonePortaSlide(Sequencer& sequencer, int channel, int param, int tick) {
+        TonePorta(sequencer, channel, param, tick);
+        VolumeSlide(sequencer, channel, param, tick);
     }
-    static void VibratoSlide(SndPlayer& player, int channel, int param, int tick) {
-        Vibrato(player, channel, param, tick);
-        VolumeSlide(player, channel, param, tick);
+    static void VibratoSlide(Sequencer& sequencer, int channel, int param, int tick) {
+        Vibrato(sequencer, channel, param, tick);
+        VolumeSlide(sequencer, channel, param, tick);
     }
-    static void ChangeVolume(SndPlayer& player, int channelNumber, int units) {
+    static void ChangeVolume(Sequencer& sequencer, int channelNumber, int units) {
         if (!units) return;
-        Channel& channel = player.GetChannel(channelNumber);
+        Channel& channel = sequencer.GetChannel(channelNumber);
         channel.SetNoteVolume(channel.noteVolume + units * kVolumePerUnit);
     }
 
     // 7: tremolo.
-    static void StartTremolo(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void StartTremolo(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         const int param = Remember(memory.tremoloMemory, row.cell.param);
         if (row.formerCode != kTremolo)
-            memory.tremoloBase = static_cast<std::uint8_t>(player.GetChannel(row.channel).volume);
-        Run(player, row, kTremolo, param);
+            memory.tremoloBase = static_cast<std::uint8_t>(sequencer.GetChannel(row.channel).volume);
+        Run(sequencer, row, kTremolo, param);
     }
-    static void Tremolo(SndPlayer& player, int channel, int param, int) {
-        ChannelMemory& memory = player.Memory(channel);
+    static void Tremolo(Sequencer& sequencer, int channel, int param, int) {
+        ChannelMemory& memory = sequencer.Memory(channel);
         const int delta = ((sineTable[memory.tremoloPosition] * (param & 15)) >> 6) * kVolumePerUnit;
-        player.GetChannel(channel).SetNoteVolume(memory.tremoloBase + (memory.tremoloNegative ? -delta : delta));
+        sequencer.GetChannel(channel).SetNoteVolume(memory.tremoloBase + (memory.tremoloNegative ? -delta : delta));
         StepWave(memory.tremoloPosition, memory.tremoloNegative, param >> 4);
     }
 
     // 8: pan.
-    static void SetPanParam(SndPlayer& player, int channelNumber, int param) {
-        Channel& channel = player.GetChannel(channelNumber);
+    static void SetPanParam(Sequencer& sequencer, int channelNumber, int param) {
+        Channel& channel = sequencer.GetChannel(channelNumber);
         for (int k = 0; k < kMaxLayers; ++k) {
             EnvelopeState& state = channel.panEnvelopes[static_cast<std::size_t>(k)];
             state.position = 0;
             state.base = static_cast<std::uint8_t>(param);
             channel.SetPan(k, static_cast<float>(param));
         }
-        for (int k = 0; k < channel.numVoices; ++k) channel.EvaluatePan(k, player.tickStep_);
+        for (int k = 0; k < channel.numVoices; ++k) channel.EvaluatePan(k, sequencer.tickStep_);
     }
-    static void SetPan(SndPlayer& player, RowCell& row) { SetPanParam(player, row.channel, row.cell.param); }
+    static void SetPan(Sequencer& sequencer, RowCell& row) { SetPanParam(sequencer, row.channel, row.cell.param); }
 
     // 9: sample offset.
-    static void SampleOffset(SndPlayer& player, RowCell& row) {
-        std::int32_t& memory = player.Memory(row.channel).offsetMemory;
+    static void SampleOffset(Sequencer& sequencer, RowCell& row) {
+        std::int32_t& memory = sequencer.Memory(row.channel).offsetMemory;
         if (row.cell.param) memory = row.cell.param << 8;
-        player.GetChannel(row.channel).SetSampleOffset(memory);
+        sequencer.GetChannel(row.channel).SetSampleOffset(memory);
     }
 
     // 11 and 13: the first of these on a row counts.
-    static void JumpToPosition(SndPlayer& player, RowCell& row) {
-        if (player.orderJump_) return;
-        player.orderJump_ = 1;
-        player.orderTarget_ = row.cell.param;
+    static void JumpToPosition(Sequencer& sequencer, RowCell& row) {
+        if (sequencer.orderJump_) return;
+        sequencer.orderJump_ = 1;
+        sequencer.orderTarget_ = row.cell.param;
     }
-    static void BreakPattern(SndPlayer& player, RowCell& row) {
-        if (player.patternBreak_) return;
-        player.patternBreak_ = 1;
+    static void BreakPattern(Sequencer& sequencer, RowCell& row) {
+        if (sequencer.patternBreak_) return;
+        sequencer.patternBreak_ = 1;
         const bool decimal = row.low <= 9 && row.high < 8;
-        player.breakRow_ = static_cast<std::uint16_t>(decimal ? row.high * 10 + row.low : row.cell.param);
+        sequencer.breakRow_ = static_cast<std::uint16_t>(decimal ? row.high * 10 + row.low : row.cell.param);
     }
 
     // 12: volume.
-    static void SetVolume(SndPlayer& player, RowCell& row) {
-        player.GetChannel(row.channel).SetNoteVolume(std::min<int>(row.cell.param, kMaxVolume));
+    static void SetVolume(Sequencer& sequencer, RowCell& row) {
+        sequencer.GetChannel(row.channel).SetNoteVolume(std::min<int>(row.cell.param, kMaxVolume));
     }
 
     // 15: speed below 32, else BPM; a speed of 0 ends the song.
-    static void SetSpeed(SndPlayer& player, RowCell& row) {
+    static void SetSpeed(Sequencer& sequencer, RowCell& row) {
         if (row.cell.param < kMinBpm) {
-            player.SetTempo(row.cell.param);
+            sequencer.SetTempo(row.cell.param);
             if (row.cell.param) return;
             row.songEnd = true;
-            player.TellSongEnd();
-        } else if (!player.mixer_->device || !player.mixer_->device->IsSynced()) {
-            player.SetBPM(row.cell.param);
+            sequencer.TellSongEnd();
+        } else if (!sequencer.mixer_.device || !sequencer.mixer_.device->IsSynced()) {
+            sequencer.SetBPM(row.cell.param);
         }
     }
 
     // 16: effect slots 1 to 8 are the send slots, 10 and 11 the masters.
-    static void FxOnOff(SndPlayer& player, RowCell& row) {
+    static void FxOnOff(Sequencer& sequencer, RowCell& row) {
         const bool send = row.high >= 1 && row.high <= 8, master = row.high == 10 || row.high == 11;
-        if ((send || master) && row.low <= 1) player.GetMixer().EffectOn(row.high - (send ? 1 : 2), row.low);
+        if ((send || master) && row.low <= 1) sequencer.mixer_.EffectOn(row.high - (send ? 1 : 2), row.low);
     }
 
     // 18 and 19: the filter of the note that sounds.
-    static void NoteCutoff(SndPlayer& player, RowCell& row) {
-        player.GetChannel(row.channel).cutoff = row.cell.param * kCutoffOfParam;
+    static void NoteCutoff(Sequencer& sequencer, RowCell& row) {
+        sequencer.GetChannel(row.channel).cutoff = row.cell.param * kCutoffOfParam;
     }
-    static void NoteResonance(SndPlayer& player, RowCell& row) {
-        player.GetChannel(row.channel).resonance = row.cell.param * kResonanceOfParam;
+    static void NoteResonance(Sequencer& sequencer, RowCell& row) {
+        sequencer.GetChannel(row.channel).resonance = row.cell.param * kResonanceOfParam;
     }
 
     // 14: extended commands, by the high nibble.
-    static void FinePortaUp(SndPlayer& player, RowCell& row) { PortaUp(player, row.channel, row.low, 0); }
-    static void FinePortaDown(SndPlayer& player, RowCell& row) { PortaDown(player, row.channel, row.low, 0); }
-    static void PatternLoop(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void FinePortaUp(Sequencer& sequencer, RowCell& row) { PortaUp(sequencer, row.channel, row.low, 0); }
+    static void FinePortaDown(Sequencer& sequencer, RowCell& row) { PortaDown(sequencer, row.channel, row.low, 0); }
+    static void PatternLoop(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         if (!row.low) {
-            memory.patternLoopRow = static_cast<std::uint8_t>(player.row_);
+            memory.patternLoopRow = static_cast<std::uint8_t>(sequencer.row_);
             return;
         }
         if (memory.patternLoopCount == -1) {
@@ -237,46 +238,46 @@ struct RowEffects {
             memory.patternLoopCount = -1;
             return;
         }
-        player.loopJump_ = 1;
-        player.loopRow_ = memory.patternLoopRow;
+        sequencer.loopJump_ = 1;
+        sequencer.loopRow_ = memory.patternLoopRow;
     }
-    static void RunDelayed(SndPlayer& player, RowCell& row) {
-        ChannelMemory& memory = player.Memory(row.channel);
+    static void RunDelayed(Sequencer& sequencer, RowCell& row) {
+        ChannelMemory& memory = sequencer.Memory(row.channel);
         memory.delayedNote = row.cell.note;
         memory.delayedInstrument = row.cell.instrument;
         memory.delayedVolume = row.cell.volume;
-        RunExtended(player, row);
+        RunExtended(sequencer, row);
     }
-    static void RunExtended(SndPlayer& player, RowCell& row) {
-        Run(player, row, kExtendedTick | row.high, row.low);
+    static void RunExtended(Sequencer& sequencer, RowCell& row) {
+        Run(sequencer, row, kExtendedTick | row.high, row.low);
     }
-    static void FineVolumeUp(SndPlayer& player, RowCell& row) { ChangeVolume(player, row.channel, row.low); }
-    static void FineVolumeDown(SndPlayer& player, RowCell& row) { ChangeVolume(player, row.channel, -row.low); }
-    static void PatternDelay(SndPlayer& player, RowCell& row) { player.patternDelay_ = row.low; }
+    static void FineVolumeUp(Sequencer& sequencer, RowCell& row) { ChangeVolume(sequencer, row.channel, row.low); }
+    static void FineVolumeDown(Sequencer& sequencer, RowCell& row) { ChangeVolume(sequencer, row.channel, -row.low); }
+    static void PatternDelay(Sequencer& sequencer, RowCell& row) { sequencer.patternDelay_ = row.low; }
 
-    static void TriggerDelayed(SndPlayer& player, int channel) {
-        const ChannelMemory& memory = player.Memory(channel);
-        if (player.channelMuted_[static_cast<std::size_t>(channel)]) return;
-        player.Trigger(channel, memory.delayedNote, memory.delayedInstrument, StartVolume(memory.delayedVolume), true,
-                       Milliseconds());
+    static void TriggerDelayed(Sequencer& sequencer, int channel) {
+        const ChannelMemory& memory = sequencer.Memory(channel);
+        if (sequencer.channelMuted_[static_cast<std::size_t>(channel)]) return;
+        sequencer.Trigger(channel, memory.delayedNote, memory.delayedInstrument, StartVolume(memory.delayedVolume),
+                          true, Milliseconds());
     }
-    static void Retrigger(SndPlayer& player, int channel, int every, int tick) {
-        if (every && tick % every == 0) TriggerDelayed(player, channel);
+    static void Retrigger(Sequencer& sequencer, int channel, int every, int tick) {
+        if (every && tick % every == 0) TriggerDelayed(sequencer, channel);
     }
-    static void CutNote(SndPlayer& player, int channel, int from, int tick) {
-        if (tick >= from) player.GetChannel(channel).SetNoteVolume(0);
+    static void CutNote(Sequencer& sequencer, int channel, int from, int tick) {
+        if (tick >= from) sequencer.GetChannel(channel).SetNoteVolume(0);
     }
-    static void DelayNote(SndPlayer& player, int channel, int until, int tick) {
+    static void DelayNote(Sequencer& sequencer, int channel, int until, int tick) {
         if (tick < until) return;
-        TriggerDelayed(player, channel);
-        player.Memory(channel).activeEffect = 0;
+        TriggerDelayed(sequencer, channel);
+        sequencer.Memory(channel).activeEffect = 0;
     }
 
-    static void Extended(SndPlayer& player, RowCell& row);
+    static void Extended(Sequencer& sequencer, RowCell& row);
 
     // Volume column.
-    static void ColumnSlide(SndPlayer& player, int channel, int command, int units) {
-        player.Memory(channel).volumeColumnEffect = static_cast<std::uint16_t>((command << 8) | units);
+    static void ColumnSlide(Sequencer& sequencer, int channel, int command, int units) {
+        sequencer.Memory(channel).volumeColumnEffect = static_cast<std::uint16_t>((command << 8) | units);
     }
 };
 
@@ -337,30 +338,30 @@ bool IsArpeggio(std::uint16_t activeEffect) { return (activeEffect >> 8) == kArp
 
 int StartVolume(std::uint16_t cellVolume) { return (cellVolume & kVolumeCommand) ? kNoVolume : cellVolume & 0xFF; }
 
-void RowEffects::Extended(SndPlayer& player, RowCell& row) {
-    if (const RowEffect perform = kExtendedCommands[row.high].onRow) perform(player, row);
+void RowEffects::Extended(Sequencer& sequencer, RowCell& row) {
+    if (const RowEffect perform = kExtendedCommands[row.high].onRow) perform(sequencer, row);
 }
 
-void PerformVolumeColumn(SndPlayer& player, int channel, std::uint16_t volume) {
+void PerformVolumeColumn(Sequencer& sequencer, int channel, std::uint16_t volume) {
     const int units = volume & 15;
     switch ((volume >> 4) & 15) {
         case kColumnSlideDown:
-        case kColumnSlideUp: RowEffects::ColumnSlide(player, channel, (volume >> 4) & 15, units); break;
-        case kColumnFineDown: RowEffects::ChangeVolume(player, channel, -units); break;
-        case kColumnFineUp: RowEffects::ChangeVolume(player, channel, units); break;
-        case kColumnPan: RowEffects::SetPanParam(player, channel, units << 4); break;
+        case kColumnSlideUp: RowEffects::ColumnSlide(sequencer, channel, (volume >> 4) & 15, units); break;
+        case kColumnFineDown: RowEffects::ChangeVolume(sequencer, channel, -units); break;
+        case kColumnFineUp: RowEffects::ChangeVolume(sequencer, channel, units); break;
+        case kColumnPan: RowEffects::SetPanParam(sequencer, channel, units << 4); break;
         default: break;
     }
 }
 
-void PerformTickEffects(SndPlayer& player, int channel, int tick) {
-    const std::uint16_t active = player.Memory(channel).activeEffect;
+void PerformTickEffects(Sequencer& sequencer, int channel, int tick) {
+    const std::uint16_t active = sequencer.Memory(channel).activeEffect;
     if (active)
-        if (const TickEffect perform = RunningEffect(active >> 8)) perform(player, channel, active & 0xFF, tick);
-    const std::uint16_t column = player.Memory(channel).volumeColumnEffect;
+        if (const TickEffect perform = RunningEffect(active >> 8)) perform(sequencer, channel, active & 0xFF, tick);
+    const std::uint16_t column = sequencer.Memory(channel).volumeColumnEffect;
     if (!column) return;
     const int units = column & 15;
-    RowEffects::ChangeVolume(player, channel, (column >> 8) == kColumnSlideUp ? units : -units);
+    RowEffects::ChangeVolume(sequencer, channel, (column >> 8) == kColumnSlideUp ? units : -units);
 }
 
 }  // namespace vonta

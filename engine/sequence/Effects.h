@@ -10,7 +10,7 @@
 
 namespace vonta {
 
-class SndPlayer;
+class Sequencer;
 
 enum EffectCode : std::uint8_t {
     kArpeggio = 0, kPortaUp, kPortaDown, kTonePorta, kVibrato, kTonePortaSlide, kVibratoSlide, kTremolo, kSetPan,
@@ -39,8 +39,8 @@ struct RowCell {
     std::uint32_t time = 0;                   // milliseconds, the same for the whole row
 };
 
-using RowEffect = void (*)(SndPlayer& player, RowCell& row);
-using TickEffect = void (*)(SndPlayer& player, int channel, int param, int tick);
+using RowEffect = void (*)(Sequencer& sequencer, RowCell& row);
+using TickEffect = void (*)(Sequencer& sequencer, int channel, int param, int tick);
 
 struct EffectRow {
     std::string_view name;                    // ten characters, as the screens show it
@@ -56,8 +56,8 @@ bool IsArpeggio(std::uint16_t activeEffect);
 int StartVolume(std::uint16_t cellVolume);
 
 // Volume-column command of a cell whose volume has kVolumeCommand set; once, on the row's tick.
-void PerformVolumeColumn(SndPlayer& player, int channel, std::uint16_t volume);
+void PerformVolumeColumn(Sequencer& sequencer, int channel, std::uint16_t volume);
 // What runs on the ticks between rows.
-void PerformTickEffects(SndPlayer& player, int channel, int tick);
+void PerformTickEffects(Sequencer& sequencer, int channel, int tick);
 
 }  // namespace vonta

@@ -15,15 +15,15 @@ constexpr std::uint32_t kChunkBytes = kRenderFrames * kDeviceFrameBytes;
 bool SndPlayer::Cycle::OnTick() {
     const auto run = [](void* player) { static_cast<SndPlayer*>(player)->BlockCycle(); };
     if (RunGuarded(run, &player_)) return false;
-    player_.gate_.Lose();
+    player_.device_.Gate().Lose();
     if (player_.crashHandler_) player_.crashHandler_->OnCrash(1);
     return true;
 }
 
 void SndPlayer::BlockCycle() {
-    if (!gate_.Enter()) return;
+    if (!device_.Gate().Enter()) return;
     const FlushToZero flush;
-    commands_.Drain([this](const PlayerCommand& command) { PerformCommand(command); });
+    requests_.TakeCommands([this](const PlayerCommand& command) { PerformCommand(command); });
     const bool synced = mixer_->device->IsSynced();
     if (synced) {
         const std::uint32_t hostRate = mixer_->device->GetSyncSampleRate();
@@ -31,7 +31,7 @@ void SndPlayer::BlockCycle() {
     }
     mixer_->cpuScan->Begin(kCpuPrecalcs);
     mixer_->blockBytes = BytesWanted();
-    if (synced) FollowHost();
+    if (synced) sync_.Follow();
     const std::uint32_t base = mixer_->playPosition;
     mixer_->cpuScan->End(kCpuPrecalcs);
 
@@ -39,8 +39,8 @@ void SndPlayer::BlockCycle() {
     mixer_->cpuScan->EndBlock();
     mixer_->writePosition = base;
     mixer_->restartBlock = 0;
-    notice_.Report({song_->GetBPM(), pattern_, row_});
-    gate_.Leave();
+    notice_.Report({song_->GetBPM(), sequencer_.PatternNumber(), sequencer_.Row()});
+    device_.Gate().Leave();
 }
 
 void SndPlayer::PerformCommand(const PlayerCommand& command) {

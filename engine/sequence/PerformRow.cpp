@@ -2,19 +2,17 @@
 #include <algorithm>
 
 #include "engine/sequence/Effects.h"
-#include "engine/SndPlayer.h"
+#include "engine/sequence/Sequencer.h"
 #include "platform/Clock.h"
 
 namespace vonta {
 namespace {
 
-// What a note sounds with when only its instrument is repeated and a filter envelope is on.
-constexpr float kRestartCutoff = 1000.0f, kRestartResonance = 0.8f;
 constexpr double kLongestDelay = 1 << 30;         // frames
 
 }  // namespace
 
-bool SndPlayer::PerformRow(bool silent) {
+bool Sequencer::PerformRow(bool silent) {
     silent_ = silent;
     const Pattern& pattern = CurrentPattern();
     const std::uint32_t time = Milliseconds();
@@ -36,13 +34,13 @@ bool SndPlayer::PerformRow(bool silent) {
     for (int channel = 0; channel < channels; ++channel) {
         const int param = delays[static_cast<std::size_t>(channel)];
         if (param < 0) continue;
-        const double row = song_->GetTempo() * static_cast<double>(Load(mixer_->samplesPerTick));
+        const double row = song_->GetTempo() * static_cast<double>(Load(mixer_.samplesPerTick));
         GetChannel(channel).SetDelay(static_cast<std::uint32_t>(std::min(row * param / 255.0, kLongestDelay)));
     }
     return songEnd;
 }
 
-void SndPlayer::PerformCell(RowCell& row) {
+void Sequencer::PerformCell(RowCell& row) {
     ChannelMemory& memory = Memory(row.channel);
     row.formerCode = static_cast<std::uint8_t>(memory.activeEffect >> 8);
     ReturnFromArpeggio(row.channel);
@@ -59,7 +57,7 @@ void SndPlayer::PerformCell(RowCell& row) {
     if (row.effect == kFilterOnOff && instrument && row.low <= 1) Store(instrument->filterOn, row.low);
     const bool wasVibrato = row.formerCode == kVibrato || row.formerCode == kVibratoSlide;
     if (wasVibrato && row.effect != kVibrato && row.effect != kVibratoSlide)
-        GetChannel(row.channel).SetPeriod(static_cast<double>(memory.savedPeriod), mixer_->sampleRate);
+        GetChannel(row.channel).SetPeriod(static_cast<double>(memory.savedPeriod), mixer_.sampleRate);
     if (!silent_) StartCell(row);
 
     memory.volumeColumnEffect = 0;
@@ -69,19 +67,20 @@ void SndPlayer::PerformCell(RowCell& row) {
         GetChannel(row.channel).SetNoteVolume(row.cell.volume);
     }
     memory.activeEffect = 0;
-    if ((!silent_ && SendMidiController(row)) || row.effect >= kEffectCodes) return;
+    if (!silent_ && notes_.SendController(row.channel, row.effect, row.cell.param, row.time)) return;
+    if (row.effect >= kEffectCodes) return;
     if (const RowEffect perform = kEffects[row.effect].onRow) perform(*this, row);
 }
 
-void SndPlayer::ReturnFromArpeggio(int channel) {
+void Sequencer::ReturnFromArpeggio(int channel) {
     const ChannelMemory& memory = Memory(channel);
-    if (IsArpeggio(memory.activeEffect)) GetChannel(channel).SetNote(memory.arpeggioNote, mixer_->sampleRate);
+    if (IsArpeggio(memory.activeEffect)) GetChannel(channel).SetNote(memory.arpeggioNote, mixer_.sampleRate);
 }
 
 // The note of a cell, unless the track is muted or the note is delayed.
-void SndPlayer::StartCell(RowCell& row) {
+void Sequencer::StartCell(RowCell& row) {
     if (channelMuted_[static_cast<std::size_t>(row.channel)]) {
-        KeyOff(row.channel, row.time);
+        notes_.KeyOff(row.channel, row.time);
         GetChannel(row.channel).Kill();
         return;
     }
@@ -90,67 +89,6 @@ void SndPlayer::StartCell(RowCell& row) {
     const int volume = row.effect == kSetVolume ? std::min<int>(row.cell.param, kMaxVolume) : StartVolume(row.cell.volume);
     row.startedNote = Trigger(row.channel, slides ? kNoNote : row.cell.note, row.cell.instrument, volume, !slides,
                               row.time);
-}
-
-bool SndPlayer::SendMidiController(const RowCell& row) {
-    const MidiNoteState& midi = GetChannel(row.channel).midi;
-    if (!midi.midiActive || row.effect >= midi.controllers.size()) return false;
-    const std::uint8_t controller = midi.controllers[row.effect];
-    if (controller == 255) return false;
-    if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, midi.midiDevice))
-        output->ControlChange(midi.midiChannel, MidiData(controller), MidiData(row.cell.param), row.time);
-    return true;
-}
-
-bool SndPlayer::Trigger(int channelNumber, int note, int instrument, int volume, bool restartEnvelopes,
-                        std::uint32_t time) {
-    if (silent_) return false;
-    if (note == kNoteOff) {
-        KeyOff(channelNumber, time);
-        return false;
-    }
-    if (note == kNoNote) {
-        if (instrument) TriggerInstrumentAlone(channelNumber, instrument, volume, restartEnvelopes, time);
-        return false;
-    }
-    if (instrument) {
-        PlayNote(instrument - 1, note, 0, volume, channelNumber, 0, time);
-        return true;
-    }
-    const Channel& channel = GetChannel(channelNumber);
-    if (!song_->GetInstrument(channel.lastInstrument)) return false;
-    PlayNote(channel.lastInstrument, note, 0, channel.noteVolume, channelNumber, 0, time);
-    return true;
-}
-
-void SndPlayer::TriggerInstrumentAlone(int channelNumber, int instrumentNumber, int volume, bool restartEnvelopes,
-                                       std::uint32_t time) {
-    Channel& channel = GetChannel(channelNumber);
-    if (channel.lastInstrument == kNoInstrument) return;   // nothing played here: there is no key to take up
-    const int key = channel.voices[0].note - channel.noteOffset;
-    if (instrumentNumber != channel.lastInstrument + 1) {
-        PlayNote(instrumentNumber - 1, key, 0, volume, channelNumber, 0, time);
-        return;
-    }
-    Instrument* const instrument = song_->GetInstrument(instrumentNumber - 1);
-    if (!instrument || key < 0 || key > kLastNote) return;
-    const Sample* sample = instrument->GetSample(instrument->GetKeySample(key, 0, kFullVelocity));
-    if (!sample) return;
-    if (restartEnvelopes) RestartEnvelopes(channel, *instrument, sample->panning);
-    channel.fadeOut = instrument->fadeOut;
-    channel.fadeLevel = kFullFade;
-    channel.keyOff = 0;
-    channel.noteVolume = std::min<int>(sample->volume, kMaxVolume);
-    channel.RecomputeVolume();
-    channel.Resume(true);
-}
-
-// Without a filter envelope the note keeps its filter as it is.
-void SndPlayer::RestartEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan) {
-    const float cutoff = channel.cutoff, resonance = channel.resonance;
-    SetupNextEnvelopes(channel, instrument, pan, kRestartCutoff, kRestartResonance);
-    if (!channel.cutoffEnvelope.on) channel.cutoff = cutoff;
-    if (!channel.resonanceEnvelope.on) channel.resonance = resonance;
 }
 
 }  // namespace vonta

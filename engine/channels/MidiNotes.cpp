@@ -1,7 +1,7 @@
-// Notes on their way to a MIDI output or a plug-in, with what was last sent to each output's channels.
+#include "engine/channels/MidiNotes.h"
+
 #include <algorithm>
 
-#include "engine/SndPlayer.h"
 
 namespace vonta {
 namespace {
@@ -19,7 +19,7 @@ void SendChanged(std::uint16_t& last, std::uint16_t value, Send send) {
 
 }  // namespace
 
-void SndPlayer::SendMidiNote(int track, int instrumentNumber, int note, int volume, std::uint32_t time) {
+void MidiNotes::Send(int track, int instrumentNumber, int note, int volume, std::uint32_t time) {
     const Instrument& instrument = *song_->GetInstrument(instrumentNumber);
     const MidiSettings& midi = instrument.midi;
     if (instrument.useSynth && midi.synth > kMidiMax) return;   // there is no such plug-in
@@ -31,8 +31,8 @@ void SndPlayer::SendMidiNote(int track, int instrumentNumber, int note, int volu
     }
     const int outputNumber = instrument.useSynth ? kSynthOutputs + midi.synth : midi.device;
 
-    Channel& channel = GetChannel(track);
-    SendMidiNoteOff(channel, time);
+    Channel& channel = *mixer_.channels[static_cast<std::size_t>(track)];
+    SendOff(channel, time);
     MidiNoteState& state = channel.midi;
     state.midiActive = 1;
     state.midiNote = static_cast<std::uint8_t>(std::clamp<std::int64_t>(pitch, 0, kMidiMax));
@@ -42,17 +42,17 @@ void SndPlayer::SendMidiNote(int track, int instrumentNumber, int note, int volu
     state.controllers = midi.controllers;
     channel.noteOffset = 0;
     channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
-    if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, outputNumber)) {
-        SendMidiSettings(*output, instrument, outputNumber, time);
+    if (DrvMIDIOUT* output = mixer_.MidiOutput(*song_, outputNumber)) {
+        SendSettings(*output, instrument, outputNumber, time);
         output->NoteOn(state.midiNote, state.midiChannel, state.midiVelocity, time);
     }
 }
 
-void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrument, int outputNumber,
+void MidiNotes::SendSettings(DrvMIDIOUT& output, const Instrument& instrument, int outputNumber,
                                  std::uint32_t time) {
     const MidiSettings& midi = instrument.midi;
     const int channel = midi.channel & 15;
-    MidiSent& sent = midiSent_[static_cast<std::size_t>(outputNumber)][static_cast<std::size_t>(channel)];
+    Sent& sent = sent_[static_cast<std::size_t>(outputNumber)][static_cast<std::size_t>(channel)];
     if (midi.sendBank)
         SendChanged(sent.bank, midi.bank, [&] {
             output.ControlChange(channel, kBankLow, MidiData(midi.bank & 0xFF), time);
@@ -65,19 +65,28 @@ void SndPlayer::SendMidiSettings(DrvMIDIOUT& output, const Instrument& instrumen
         SendChanged(sent.pan, midi.pan, [&] { output.ControlChange(channel, kPan, MidiData(midi.pan), time); });
 }
 
-// A new receiver has heard nothing of what the former one was sent.
-void SndPlayer::ForgetMidiSent(int firstOutput) {
-    for (std::size_t output = static_cast<std::size_t>(firstOutput); output < midiSent_.size(); ++output)
-        midiSent_[output].fill({});
+void MidiNotes::ForgetFrom(std::size_t firstOutput) {
+    for (std::size_t output = firstOutput; output < sent_.size(); ++output) sent_[output].fill({});
 }
 
-void SndPlayer::ForgetSynthsSent() { ForgetMidiSent(kSynthOutputs); }
+void MidiNotes::ForgetSynths() { ForgetFrom(kSynthOutputs); }
 
-void SndPlayer::SendMidiNoteOff(Channel& channel, std::uint32_t time) {
+void MidiNotes::SendOff(Channel& channel, std::uint32_t time) {
     if (!channel.midi.midiActive) return;
-    if (DrvMIDIOUT* output = mixer_->MidiOutput(*song_, channel.midi.midiDevice))
+    if (DrvMIDIOUT* output = mixer_.MidiOutput(*song_, channel.midi.midiDevice))
         output->NoteOff(channel.midi.midiNote, channel.midi.midiChannel, time);
     channel.midi.midiActive = 0;
+}
+
+bool MidiNotes::SendController(int track, int effect, int param, std::uint32_t time) {
+    const MidiNoteState& midi = mixer_.channels[static_cast<std::size_t>(track)]->midi;
+    const auto number = static_cast<std::size_t>(effect);
+    if (!midi.midiActive || number >= midi.controllers.size()) return false;
+    const std::uint8_t controller = midi.controllers[number];
+    if (controller == 255) return false;
+    if (DrvMIDIOUT* output = mixer_.MidiOutput(*song_, midi.midiDevice))
+        output->ControlChange(midi.midiChannel, MidiData(controller), MidiData(param), time);
+    return true;
 }
 
 }  // namespace vonta
