@@ -31,7 +31,7 @@ constexpr LayoutRow TransposeRow(int column, int amount) {
             kTransposeScopes, 0, 18, kTransposeAmounts};
 }
 
-inline constexpr LayoutRow kAdvancedEditRows[] = {
+inline constexpr LayoutRow kAdvancedEditTable[] = {
     GroupAt(2, 8, 336, 98, "Transpose"),
     LabelAt(72, 13, "Instrument"),
     LabelAt(207, 13, "All"),
@@ -66,7 +66,7 @@ inline constexpr LayoutRow kAdvancedEditRows[] = {
     ButtonAt(Look::Button, kAdvDeleteSample, 416, 82, 7, "Del. smp."),
     ButtonAt(Look::Button, kAdvExit, 442, 223, 7, "Exit"),
 };
-inline constexpr auto kAdvancedEditItems = Expanded<kAdvancedEditRows>();
+inline constexpr auto kAdvancedEditItems = Expanded<kAdvancedEditTable>();
 inline constexpr ScreenLayout kAdvancedEditLayout = {"AdvEdit", 29, 30, 0, 0, 519, 248, kAdvancedEditItems};
 
 }  // namespace vonta

@@ -27,12 +27,10 @@ enum ConfigControl : int {
 };
 
 // A row of a value: its field and the two buttons behind it.
-#define VONTA_CONFIG_ROW(id, fieldX, characters, buttonX, y)          \
-    FieldAt(id, fieldX, y, characters),                               \
-    ButtonAt(Look::SmallButton, id##Up, buttonX, y, 1, "+"),          \
-    ButtonAt(Look::SmallButton, id##Down, (buttonX) + 18, y, 1, "-")
+#define VONTA_CONFIG_ROW(id, fieldX, characters, buttonX, y) \
+    FieldAt(id, fieldX, y, characters), PlusMinusAt(id##Up, buttonX, y, 18)
 
-inline constexpr LayoutItem kConfigItems[] = {
+inline constexpr LayoutRow kConfigTable[] = {
     GroupAt(4, 0, 268, 82),
     TitleAt(12, 3, "Sound"),
     LabelAt(12, 21, "Amplification"),
@@ -99,6 +97,7 @@ inline constexpr LayoutItem kConfigItems[] = {
     ButtonAt(Look::Button, kConfigExit, 718, 223, 8, "Exit"),
 };
 #undef VONTA_CONFIG_ROW
+inline constexpr auto kConfigItems = Expanded<kConfigTable>();
 inline constexpr ScreenLayout kConfigLayout = {"Config", 15, 16, 0, 0, 800, 248, kConfigItems};
 
 }  // namespace vonta

@@ -15,7 +15,7 @@ enum DiskOpControl : int {
     kDiskList, kDiskScrollUp, kDiskScroll, kDiskScrollDown, kDiskPath, kDiskName,
 };
 
-inline constexpr LayoutRow kDiskOpRows[] = {
+inline constexpr LayoutRow kDiskOpTable[] = {
     TitleAt(8, 3, "Disk Op"),
     Down(kDiskKinds, 18, ButtonAt(Look::SmallButton, kDiskKind, 4, 21, 9,
                                   "Song|Instrument|Sample|Synth|Effect|Visual|Game|Skin")),
@@ -37,7 +37,7 @@ inline constexpr LayoutRow kDiskOpRows[] = {
     {Look::VSlider, kDiskScroll, 500, 19, 16, 206},
     ButtonAt(Look::SmallButton, kDiskScrollDown, 499, 225, 1, "v"),
 };
-inline constexpr auto kDiskOpItems = Expanded<kDiskOpRows>();
+inline constexpr auto kDiskOpItems = Expanded<kDiskOpTable>();
 inline constexpr ScreenLayout kDiskOpLayout = {"DiskOp", 9, 10, 0, 0, 519, 248, kDiskOpItems};
 
 }  // namespace vonta

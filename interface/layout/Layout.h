@@ -106,6 +106,10 @@ struct LayoutRow {
 };
 constexpr LayoutRow Across(int count, int stepX, const LayoutItem& item) { return {item, count, stepX, 0}; }
 constexpr LayoutRow Down(int count, int stepY, const LayoutItem& item) { return {item, count, 0, stepY}; }
+// "+" and behind it "-", whose id is the next.
+constexpr LayoutRow PlusMinusAt(int plusId, int x, int y, int stepX) {
+    return Across(2, stepX, ButtonAt(Look::SmallButton, plusId, x, y, 1, "+|-"));
+}
 
 constexpr std::string_view CaptionOf(std::string_view captions, int number) {
     if (captions.find('|') == captions.npos) return captions;

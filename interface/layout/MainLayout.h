@@ -19,7 +19,7 @@ enum MainControl : int {
     kMainBlock = kMainMute + kItemRows,          // by block
 };
 
-inline constexpr LayoutRow kMainPanelRows[] = {
+inline constexpr LayoutRow kMainPanelTable[] = {
     {Look::List, kMainSources, 519, 4, 27, 119},
     {Look::List, kMainItems, 546, 4, 175, 119},
     {Look::List, kMainSampleSources, 519, 130, 27, 74},
@@ -44,7 +44,7 @@ inline constexpr LayoutRow kMainPanelRows[] = {
     {Look::TextField, kMainTitle, 523, 228, 226, 19},
     LabelAt(756, 229, "Title"),
 };
-inline constexpr auto kMainPanelItems = Expanded<kMainPanelRows>();
+inline constexpr auto kMainPanelItems = Expanded<kMainPanelTable>();
 inline constexpr ScreenLayout kMainLayout = {"InsList", 7, 8, 519, 0, 281, 248, kMainPanelItems};
 
 }  // namespace vonta

@@ -68,7 +68,9 @@ struct ConfigValues {
     }
 
     static void StepLatency(Self& screen, int by) {
-        screen.Player().SetLatencyMs(kLatencyRange.Clamp(screen.Player().GetLatencyMs() + by));
+        const int latency = screen.Player().GetLatencyMs();
+        if (by < 0 && latency <= static_cast<int>(kLatencyRange.low)) return;
+        screen.Player().SetLatencyMs(kLatencyRange.Clamp(latency + by));
         screen.latencyStepped_ = true;
     }
     static std::string LatencyText(const Self& screen) { return Formatted("%03i ms", screen.Player().GetLatencyMs()); }

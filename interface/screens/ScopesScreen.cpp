@@ -15,27 +15,23 @@ namespace {
 
 using Self = ScopesScreen;
 
+// "+" and "-".
+constexpr ControlRow<Self> PlusMinus(int plusId, void (*press)(void*, ControlRecord&)) {
+    return {plusId, press, 1, kRepeating, nullptr, 2, -2};
+}
+
 constexpr ControlRow<Self> kRows[] = {
-    {kScopesPositionDown, Press<&Self::OnChange<&TrackerState::ChangePosition>>, -1, kRepeating},
-    {kScopesPositionUp, Press<&Self::OnChange<&TrackerState::ChangePosition>>, 1, kRepeating},
+    PlusMinus(kScopesPositionUp, Press<&Self::OnChange<&TrackerState::ChangePosition>>),
     {kScopesInsert, Press<&Self::OnOperation<&TrackerState::InsertPosition>>},
     {kScopesDelete, Press<&Self::OnOperation<&TrackerState::DeletePosition>>},
-    {kScopesPatternUp, Press<&Self::OnChange<&TrackerState::ChangePatternAtPosition>>, 1, kRepeating},
-    {kScopesPatternDown, Press<&Self::OnChange<&TrackerState::ChangePatternAtPosition>>, -1, kRepeating},
-    {kScopesLengthUp, Press<&Self::OnChange<&TrackerState::ChangeLength>>, 1, kRepeating},
-    {kScopesLengthDown, Press<&Self::OnChange<&TrackerState::ChangeLength>>, -1, kRepeating},
-    {kScopesRestartUp, Press<&Self::OnChange<&TrackerState::ChangeRestart>>, 1, kRepeating},
-    {kScopesRestartDown, Press<&Self::OnChange<&TrackerState::ChangeRestart>>, -1, kRepeating},
-    {kScopesBpmUp, Press<&Self::OnChange<&TrackerState::ChangeBpm>>, 1, kRepeating},
-    {kScopesBpmDown, Press<&Self::OnChange<&TrackerState::ChangeBpm>>, -1, kRepeating},
-    {kScopesTicksUp, Press<&Self::OnChange<&TrackerState::ChangeTempo>>, 1, kRepeating},
-    {kScopesTicksDown, Press<&Self::OnChange<&TrackerState::ChangeTempo>>, -1, kRepeating},
-    {kScopesAddUp, Press<&Self::OnChange<&TrackerState::ChangeCursorAdd>>, 1, kRepeating},
-    {kScopesAddDown, Press<&Self::OnChange<&TrackerState::ChangeCursorAdd>>, -1, kRepeating},
-    {kScopesShownUp, Press<&Self::OnChange<&TrackerState::ChangeShownPattern>>, 1, kRepeating},
-    {kScopesShownDown, Press<&Self::OnChange<&TrackerState::ChangeShownPattern>>, -1, kRepeating},
-    {kScopesRowsUp, Press<&Self::OnChange<&TrackerState::ChangeRows>>, 1, kRepeating},
-    {kScopesRowsDown, Press<&Self::OnChange<&TrackerState::ChangeRows>>, -1, kRepeating},
+    PlusMinus(kScopesPatternUp, Press<&Self::OnChange<&TrackerState::ChangePatternAtPosition>>),
+    PlusMinus(kScopesLengthUp, Press<&Self::OnChange<&TrackerState::ChangeLength>>),
+    PlusMinus(kScopesRestartUp, Press<&Self::OnChange<&TrackerState::ChangeRestart>>),
+    PlusMinus(kScopesBpmUp, Press<&Self::OnChange<&TrackerState::ChangeBpm>>),
+    PlusMinus(kScopesTicksUp, Press<&Self::OnChange<&TrackerState::ChangeTempo>>),
+    PlusMinus(kScopesAddUp, Press<&Self::OnChange<&TrackerState::ChangeCursorAdd>>),
+    PlusMinus(kScopesShownUp, Press<&Self::OnChange<&TrackerState::ChangeShownPattern>>),
+    PlusMinus(kScopesRowsUp, Press<&Self::OnChange<&TrackerState::ChangeRows>>),
     {kScopesExpand, Press<&Self::OnOperation<&TrackerState::ExpandPattern>>},
     {kScopesShrink, Press<&Self::OnOperation<&TrackerState::ShrinkPattern>>},
 };

@@ -84,7 +84,7 @@ private:
 };
 
 // One row a control of a screen: which item of the layout, what a press does, and when it is drawn latched. A row with a
-// count stands for as many, id and param counting up.
+// count stands for as many, their ids counting up, their params by paramStep.
 template <class S>
 struct ControlRow {
     int id;
@@ -92,7 +92,7 @@ struct ControlRow {
     std::int32_t param = 0;
     std::uint32_t events = kOnRelease;
     bool (S::*latched)(std::int32_t param) const = nullptr;
-    int count = 1;
+    int count = 1, paramStep = 1;
 };
 
 // Buttons that count: on the press, and again while they are held.
@@ -103,7 +103,7 @@ void Screen::DeclareButtons(S* screen, const ScreenLayout& layout, const Control
     for (const ControlRow<S>& row : table)
         for (int number = 0; number < row.count; ++number) {
             ControlRecord record;
-            record.param = row.param + number;
+            record.param = row.param + number * row.paramStep;
             record.events = row.events;
             const bool latched = row.latched && (screen->*row.latched)(record.param);
             DeclareButton(MovedBy(ItemOf(layout, row.id + number), x, y), {screen, row.press}, record, latched);
