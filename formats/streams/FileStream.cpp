@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <limits>
@@ -15,8 +16,6 @@ namespace vonta {
 namespace {
 
 constexpr std::size_t kWindowBytes = 64 * 1024;
-constexpr int kPartNames = 1000;                     // tries to find a name that no other save is using; a mixdown
-                                                     // by parts has up to 284 files open
 
 // Bytes of a request for whole items, or 0 if it is none or beyond all memory.
 std::size_t RequestBytes(std::size_t size, std::size_t count) {
@@ -24,11 +23,14 @@ std::size_t RequestBytes(std::size_t size, std::size_t count) {
     return size * count;
 }
 
-// A save through a symbolic link replaces what the link points at, not the link.
-std::string FollowLinks(const std::string& path) {
-    std::error_code error;
-    const auto real = std::filesystem::weakly_canonical(path, error);
-    return error ? path : real.string();
+// A save through a symbolic link replaces what the link points at, not the link. False with errno if it points at
+// nothing, or at itself in the end.
+bool FollowLinks(std::string& path) {
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0 || !S_ISLNK(info.st_mode)) return true;
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(path.c_str(), nullptr), std::free);
+    if (real) path = real.get();
+    return real != nullptr;
 }
 
 void SyncDirectory(const std::string& path) {
@@ -86,7 +88,8 @@ bool DiskStream::OpenForReading() {
 }
 
 bool DiskStream::OpenForWriting() {
-    targetPath_ = FollowLinks(path_);
+    targetPath_ = path_;
+    if (!FollowLinks(targetPath_)) return Fail("cannot follow the link");
     struct stat info {};
     const bool exists = ::stat(targetPath_.c_str(), &info) == 0;
     if (exists && !S_ISREG(info.st_mode)) {          // a device is written in place; a directory is refused by open
@@ -94,32 +97,20 @@ bool DiskStream::OpenForWriting() {
         return file_ >= 0 || Fail("cannot write");
     }
     if (exists && ::access(targetPath_.c_str(), W_OK) != 0) return Fail("cannot write");
-    if (!OpenPart()) return false;
+    file_ = part_.Create(DirectoryOf(targetPath_));
+    if (file_ < 0) return Fail("cannot write");
     if (exists) (void)!::fchmod(file_, info.st_mode & 07777);   // the new file stays as private as the old one
     return true;
-}
-
-bool DiskStream::OpenPart() {
-    const std::string base = DirectoryOf(targetPath_) + "/.vonta-save-";
-    for (int i = 0; i < kPartNames; ++i) {
-        partPath_ = base + std::to_string(::getpid()) + "-" + std::to_string(i);
-        file_ = ::open(partPath_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (file_ >= 0) return true;
-        if (errno != EEXIST) break;
-    }
-    partPath_.clear();                               // not ours to remove
-    return Fail("cannot write");
 }
 
 void DiskStream::Release() {
     if (file_ >= 0) ::close(file_);
     file_ = -1;
-    partPath_.clear();
     std::vector<std::uint8_t>().swap(window_);
 }
 
 void DiskStream::Abandon() {
-    if (file_ >= 0 && !partPath_.empty()) ::unlink(partPath_.c_str());
+    part_.Remove();
     Release();
 }
 
@@ -135,9 +126,9 @@ bool DiskStream::Close() {
 
 bool DiskStream::Commit() {
     if (failed_ || !Flush()) return false;
-    if (partPath_.empty()) return true;
+    if (!part_.IsOpen()) return true;
     if (::fsync(file_) != 0) return Fail("cannot write");
-    if (::rename(partPath_.c_str(), targetPath_.c_str()) != 0) return Fail("cannot put the new file in place");
+    if (!part_.MoveTo(targetPath_)) return Fail("cannot put the new file in place");
     SyncDirectory(DirectoryOf(targetPath_));
     return true;
 }

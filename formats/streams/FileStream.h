@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "formats/streams/PartFile.h"
+
 namespace vonta {
 
 enum SeekFrom : int { kFromStart = 0, kFromHere = 1 };
@@ -55,7 +57,6 @@ public:
 private:
     bool OpenForReading();
     bool OpenForWriting();
-    bool OpenPart();                                 // a new file in the directory of targetPath_
     bool Commit();                                   // flushes to the disk and puts the part in place
     bool Flush();                                    // the window, if it was written to
     bool WriteAt(const std::uint8_t* bytes, std::size_t size, std::int64_t offset);
@@ -66,7 +67,7 @@ private:
     int file_ = -1;
     std::string path_, error_;
     std::string targetPath_;                         // path_ with symbolic links followed
-    std::string partPath_;                           // what is written, beside the target; empty for a device
+    PartFile part_;                                  // what is written, beside the target; none for a device
     std::int64_t position_ = 0, size_ = 0;
     bool writing_ = false, failed_ = false;
     // The part of the file that is held in memory, so that small reads, small writes and steps back to a length
