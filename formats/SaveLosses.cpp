@@ -28,13 +28,29 @@ bool AnyEnabled(const Instrument::Envelopes& envelopes, std::size_t first) {
                        [](const Envelope& envelope) { return envelope.enabled != 0; });
 }
 
+const Instrument& FreshInstrument() {
+    static const Instrument fresh;
+    return fresh;
+}
+
 bool HasOwnRouting(const Instrument& instrument) {
+    const Instrument& fresh = FreshInstrument();
     const auto isOn = [](const auto& part) { return part.on != 0; };
-    return std::any_of(instrument.sends.begin(), instrument.sends.end(), isOn) ||
-           std::any_of(instrument.eq.begin(), instrument.eq.end(), isOn) || instrument.filterOn != 0 ||
-           instrument.midi.enabled != 0 || instrument.busMask != decltype(instrument.busMask){} ||
-           instrument.gain != 1.0f || instrument.pan != 0.5f || instrument.transpose != 0 ||
-           instrument.fineTune != 0 || instrument.effectMap != IdentityEffectMap();
+    return std::any_of(instrument.sends.begin(), instrument.sends.end(), isOn) || instrument.eq != fresh.eq ||
+           instrument.filterOn != 0 || instrument.midi.enabled != 0 || instrument.busMask != fresh.busMask ||
+           instrument.gain != fresh.gain || instrument.pan != fresh.pan || instrument.transpose != fresh.transpose ||
+           instrument.fineTune != fresh.fineTune || instrument.effectMap != fresh.effectMap;
+}
+
+bool HasOwnGroup(const Instrument& instrument) {
+    const Instrument& fresh = FreshInstrument();
+    return instrument.muted != fresh.muted || instrument.groupOn != fresh.groupOn ||
+           instrument.groupOutput != fresh.groupOutput || instrument.fixedKey != fresh.fixedKey;
+}
+
+bool HasTimedEnvelope(const Instrument& instrument) {
+    const auto isTimed = [](const Envelope& envelope) { return envelope.enabled && envelope.timeBased; };
+    return isTimed(instrument.volumeEnvelopes[0]) || isTimed(instrument.panEnvelopes[0]);
 }
 
 bool KeepsSounding(const Instrument& instrument, const FormatLimits& to) {
@@ -55,6 +71,8 @@ bool HasLoop(const Sample& sample) {
     return sample.data->loopType != VTSAMPLE_LOOP_NONE && sample.data->loopEnd > sample.data->loopStart;
 }
 
+std::uint32_t Frames(const Sample& sample) { return sample.Count() / static_cast<std::uint32_t>(sample.Channels()); }
+
 bool HasOddLoop(const Sample& sample) {
     const auto frames = [&](std::uint32_t floats) { return floats / static_cast<std::uint32_t>(sample.Channels()); };
     return HasLoop(sample) && (frames(sample.data->loopStart) % 2 != 0 || frames(sample.data->loopEnd) % 2 != 0);
@@ -72,8 +90,8 @@ bool HasMixer(const Song& song) {
            std::any_of(song.fxSlots.begin(), song.fxSlots.end(), isFilled) ||
            std::any_of(song.fxNames.begin(), song.fxNames.end(),
                        [](const auto& name) { return !name.empty(); }) ||
-           std::any_of(song.buses.begin(), song.buses.end(), [](const Bus& bus) { return bus.active != 0; }) ||
-           song.masterVolume != 1.0f;
+           std::any_of(song.buses.begin(), song.buses.end(), [](const Bus& bus) { return bus != Bus{}; }) ||
+           song.fxRouting != DefaultRouting() || song.masterVolume != 1.0f;
 }
 
 constexpr LossRow<Song> kSongRows[] = {
@@ -82,6 +100,8 @@ constexpr LossRow<Song> kSongRows[] = {
      [](const Song& s, const FormatLimits& to) {
          return !to.tempo && (s.StartTempo() != kDefaultTempo || s.StartBpm() != kDefaultBpm);
      }},
+    {"Starting tempo 0, which comes back as 1",
+     [](const Song& s, const FormatLimits& to) { return to.tempo && s.tempo == 0; }},
     {"Effects, buses and master volume left out",
      [](const Song& s, const FormatLimits&) { return HasMixer(s); }},
     {"Comments left out", [](const Song& s, const FormatLimits&) { return HasOwnComments(s); }},
@@ -127,6 +147,12 @@ constexpr LossRow<Instrument> kInstrumentRows[] = {
     {"Instruments that lose their fade-out, or notes that sound on", KeepsSounding},
     {"Instruments that lose sends, filter, equalizer, MIDI or tuning",
      [](const Instrument& i, const FormatLimits&) { return HasOwnRouting(i); }},
+    {"Instruments that lose their mute, group or fixed keys",
+     [](const Instrument& i, const FormatLimits&) { return HasOwnGroup(i); }},
+    {"Instruments whose envelopes lose their time in seconds",
+     [](const Instrument& i, const FormatLimits& to) { return to.envelopes && HasTimedEnvelope(i); }},
+    {"Colors of instruments left out",
+     [](const Instrument& i, const FormatLimits&) { return i.color != FreshInstrument().color; }},
 };
 
 constexpr LossRow<Sample> kSampleRows[] = {
@@ -138,10 +164,10 @@ constexpr LossRow<Sample> kSampleRows[] = {
      [](const Sample& s, const FormatLimits& to) { return !to.sixteenBits && !s.IsEightBit(); }},
     {"Samples brought down to 16 bits",
      [](const Sample& s, const FormatLimits& to) { return to.sixteenBits && !s.IsSixteenBit(); }},
-    {"Samples cut to the longest that the file holds",
-     [](const Sample& s, const FormatLimits& to) {
-         return s.Count() / static_cast<std::uint32_t>(s.Channels()) > to.frames;
-     }},
+    {"Clones that become samples of their own",
+     [](const Sample& s, const FormatLimits&) { return s.data->isClone != 0; }},
+    {"Samples that lose their last, odd frame",
+     [](const Sample& s, const FormatLimits& to) { return !to.oddFrames && Frames(s) % 2 != 0; }},
     {"Ping-pong loops made forward",
      [](const Sample& s, const FormatLimits& to) {
          return to.loops && !to.pingPong && s.data->loopType == VTSAMPLE_LOOP_PINGPONG;
@@ -154,6 +180,12 @@ constexpr LossRow<Sample> kSampleRows[] = {
     {"Relative notes and pannings of samples left out",
      [](const Sample& s, const FormatLimits& to) {
          return to.fixedRate == 0 && !to.tuning && (s.toneRel != 0 || s.panning != 128);
+     }},
+    {"Volumes of samples rounded to 64 steps",
+     [](const Sample& s, const FormatLimits& to) { return to.fixedRate == 0 && s.volume % 2 != 0; }},
+    {"Volumes and pannings of samples left out",
+     [](const Sample& s, const FormatLimits& to) {
+         return to.fixedRate != 0 && (s.volume != kMaxVolume || s.panning != 128);
      }},
     {"Fine tunings rounded",
      [](const Sample& s, const FormatLimits& to) { return to.fixedRate == 0 && !to.tuning && s.fineTune % 16 != 0; }},
@@ -203,6 +235,13 @@ void ReportPatterns(const Song& song, const FormatLimits& limits, LoadReport& re
     cells.Tell(report);
 }
 
+// By name, for of these the end is gone.
+void ReportCut(const Sample& sample, const std::string& name, int instrument, std::uint32_t frames, LoadReport& report) {
+    if (Frames(sample) > frames)
+        report.Add("Sample \"%s\" of instrument %i cut from %u to %u frames", name.c_str(), instrument, Frames(sample),
+                   frames);
+}
+
 void ReportInstruments(const Song& song, const FormatLimits& limits, LoadReport& report) {
     Tally instruments(kInstrumentRows, limits);
     Tally samples(kSampleRows, limits);
@@ -213,7 +252,10 @@ void ReportInstruments(const Song& song, const FormatLimits& limits, LoadReport&
         instruments.Look(*instrument);
         samplesLeftOut += CountFrom(instrument->samples, limits.samples);
         for (int k = 0; k < limits.samples; ++k)
-            if (const Sample* sample = instrument->GetSample(k)) samples.Look(*sample);
+            if (const Sample* sample = instrument->GetSample(k)) {
+                samples.Look(*sample);
+                ReportCut(*sample, sample->name.empty() ? instrument->name : sample->name, i + 1, limits.frames, report);
+            }
     }
     if (samplesLeftOut > 0) report.Add("Samples left out, of instruments with many: %i", samplesLeftOut);
     instruments.Tell(report);

@@ -25,7 +25,7 @@ struct FormatLimits {
     bool sixteenBits = false, pingPong = false;
     bool tuning = false;                 // relative note and panning of a sample
     std::size_t sampleNameLength = 0;    // 0: samples have no names of their own
-    bool oddFrames = false;              // loops may begin and end anywhere
+    bool oddFrames = false;              // samples and their loops may begin and end anywhere
     bool stereo = false, loops = true;
     std::uint32_t fixedRate = 0;         // Hz at which the file says that it plays; 0 if it says nothing
 };

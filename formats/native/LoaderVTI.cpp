@@ -76,7 +76,7 @@ void ReadEnvelope(InstrumentReader& reader, const ChunkHeader& chunk) {
     reader.instrument.GetEnvelopes(static_cast<EnvelopeKind>(kind))[place.alternative] = envelope;
 }
 
-// The rest of a failed plug-in is passed over; what it was shows in the instrument's name.
+// The rest of a failed plug-in is passed over. Its instrument keeps its name, and the report says what is missing.
 void ReadSynth(InstrumentReader& reader, const ChunkHeader& chunk) {
     NativeLoad& load = reader.load;
     Reader& in = load.chunks.In();
@@ -90,7 +90,6 @@ void ReadSynth(InstrumentReader& reader, const ChunkHeader& chunk) {
     if (instrument.SetSynth(load.LoadSynth({synth.path})) == 0)
         return SetParameters(*instrument.synth, synth.values);
     instrument.missingSynth = BytesOf([&](RecordWriter& out) { InstrumentSynthRecord(out, synth); });
-    instrument.SetName("ERROR SYNTH: " + synth.path);
     in.Skip(in.Remaining() - rest);
 }
 

@@ -16,13 +16,15 @@
 
 namespace vonta {
 
+// Bytes of memory that the packed waves of one file take together: a save packs no more, a load unpacks no more.
+constexpr std::int64_t kMaxUnpackedBytes = std::int64_t{1} << 30;
+
 struct NativeLoad {
     NativeLoad(FileStream& stream, LoadReport& to) : chunks(stream), report(to) {}
 
     ChunkReader chunks;
     LoadReport& report;
-    // Bytes of memory that packed waves may still take beyond what music needs: see WaveData.cpp.
-    std::int64_t unpackAllowance = std::int64_t{24} << 20;
+    std::int64_t unpackAllowance = kMaxUnpackedBytes;   // what packed waves may still take
     int missingPlugins = 0;
 
     RecordReader Fields() { return RecordReader(chunks.In()); }

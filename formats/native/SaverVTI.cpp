@@ -1,19 +1,19 @@
 #include "formats/native/SaverVTI.h"
 
 #include "formats/native/NativeLoad.h"
+#include "formats/native/NativeLosses.h"
 #include "formats/native/VtiFormat.h"
-#include "formats/native/WaveData.h"
 
 namespace vonta {
 namespace {
 
 // A clone goes out with the wave that it plays.
-void WriteSample(ChunkWriter& chunks, int number, const Sample& sample, bool compress) {
+void WriteSample(ChunkWriter& chunks, int number, const Sample& sample, WavePacking& packing) {
     chunks.Chunk(kSampleChunk.Id(), [&] {
         RecordWriter io(chunks.Out());
         io.U8(number);
         SampleRecord(io, sample);
-        WriteWave(chunks, sample, compress);
+        WriteWave(chunks, sample, packing);
         chunks.WriteEnd();
     });
 }
@@ -46,12 +46,12 @@ void WriteSynth(ChunkWriter& chunks, const Instrument& instrument) {
 
 }  // namespace
 
-void WriteInstrumentBody(ChunkWriter& chunks, const Instrument& instrument, bool compress) {
+void WriteInstrumentBody(ChunkWriter& chunks, const Instrument& instrument, WavePacking& packing) {
     RecordWriter io(chunks.Out());
     InstrumentRecord(io, instrument, kInstrumentVersion);
     ColorRecord(io, instrument);
     for (int number = 0; number < kMaxSamples; ++number)
-        if (const Sample* sample = instrument.GetSample(number)) WriteSample(chunks, number, *sample, compress);
+        if (const Sample* sample = instrument.GetSample(number)) WriteSample(chunks, number, *sample, packing);
     WriteEnvelopes(chunks, instrument);
     WriteSynth(chunks, instrument);
     chunks.WriteEnd();
@@ -60,15 +60,17 @@ void WriteInstrumentBody(ChunkWriter& chunks, const Instrument& instrument, bool
 int SaveInstrument(FileStream& stream, const Instrument& instrument) {
     ChunkWriter chunks(stream);
     chunks.Out().FixedText(kWrittenMagic.bytes, kWrittenMagic.bytes.size());
-    WriteInstrumentBody(chunks, instrument, false);
+    WavePacking plain;
+    WriteInstrumentBody(chunks, instrument, plain);
     return stream.Error().empty() ? 0 : 1;
 }
 
-int SaveInstrument(const std::string& path, const Instrument& instrument) {
+int SaveInstrument(const std::string& path, const Instrument& instrument, LoadReport* report) {
     DiskStream stream;
-    if (!stream.Open(path, "wb")) return 1;
-    const int result = SaveInstrument(stream, instrument);
-    return stream.Close() ? result : 1;
+    const bool written = stream.Open(path, "wb") && SaveInstrument(stream, instrument) == 0 && stream.Close();
+    if (report && written) ReportNativeLosses(instrument, *report);
+    if (report && !written) report->Fail("%s", stream.Error().c_str());
+    return written ? 0 : 1;
 }
 
 }  // namespace vonta

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "formats/native/NativeLoad.h"
+#include "formats/native/NativeLosses.h"
 #include "formats/native/SaverVTI.h"
 #include "formats/native/VtmFormat.h"
 #include "formats/streams/Chunks.h"
@@ -13,11 +14,9 @@ namespace {
 struct SongWriter {
     ChunkWriter chunks;
     const Song& song;
-    bool compress;
+    WavePacking packing;
     RecordWriter io{chunks.Out()};
 };
-
-int StoredChannels(const Song& song) { return std::clamp(song.numChannels, 0, kMaxChannels); }
 
 void WriteHeader(SongWriter& out) {
     const ModuleHeader header;
@@ -82,7 +81,7 @@ void WriteInstruments(SongWriter& out) {
         if (!instrument) continue;
         out.chunks.Chunk(kInstrumentChunk.Id(), [&] {
             out.io.U8(number);
-            WriteInstrumentBody(out.chunks, *instrument, out.compress);
+            WriteInstrumentBody(out.chunks, *instrument, out.packing);
         });
     }
     out.chunks.WriteEnd();
@@ -148,35 +147,13 @@ constexpr Section kSections[] = {
     {kSynthsChunk, WriteSynths},
 };
 
-bool HasCellsBeyond(const Song& song, int channels) {
-    const auto used = [&](const auto& pattern) {
-        if (!pattern) return false;
-        for (int channel = channels; channel < kTracks; ++channel)
-            for (int row = 0; row < pattern->rows; ++row)
-                if (pattern->Read(row, channel) != Cell{}) return true;
-        return false;
-    };
-    return std::ranges::any_of(song.patterns, used);
-}
-
-void ReportLosses(const Song& song, LoadReport& report) {
-    if (song.length > UINT8_MAX)
-        report.Add("The file cannot hold a song of %u positions: it will come back with 1.", song.length);
-    if (HasCellsBeyond(song, StoredChannels(song)))
-        report.Add("Notes behind channel %d are not in the file.", StoredChannels(song));
-    const auto standard = DefaultRouting();
-    for (std::size_t slot = kStoredRoutings; slot < song.fxRouting.size(); ++slot)
-        if (song.fxRouting[slot] != standard[slot])
-            report.Add("The routing of effect slot %zu is not in the file.", slot);
-}
-
 }  // namespace
 
 int SaveModule(FileStream& stream, Song& song, const SaveOptions& options) {
-    SongWriter out{ChunkWriter(stream), song, options.compress};
+    SongWriter out{ChunkWriter(stream), song, {.wanted = options.compress, .report = options.report}};
     for (const Section& section : kSections) out.chunks.Chunk(section.kind.Id(), [&] { section.write(out); });
     out.chunks.WriteEnd();
-    if (options.report) ReportLosses(song, *options.report);
+    if (options.report) ReportNativeLosses(song, *options.report);
     return stream.Error().empty() ? 0 : 1;
 }
 

@@ -116,14 +116,14 @@ public:
 
     vorbis_info& Info() { return info_; }
 
-    // Reads the three headers; false if this is no Vorbis stream.
+    // Reads the three headers; false if this is no Vorbis stream of one or two channels.
     bool Open() {
         ogg_packet packet;
         for (int i = 0; i < kHeaderPackets; ++i) {
             if (!Next(packet) || (i == kSetupPacket && !HasModestCodebooks(packet))) return false;
             if (vorbis_synthesis_headerin(&info_, &comment_, &packet) != 0) return false;
         }
-        return info_.channels > 0;
+        return info_.channels == 1 || info_.channels == 2;
     }
 
     // The packet is good until the next call. Damaged parts are passed over.
@@ -208,6 +208,24 @@ void StoreFrames(float** planes, int planeCount, std::span<float> part, std::siz
     }
 }
 
+// Hands on what the stream decodes to, piece by piece, until take(planes, their number, frames) takes none of it.
+template <class Take>
+void Unpack(std::span<const std::uint8_t> packed, Take take) {
+    PacketReader packets(packed);
+    if (!packets.Open()) return;
+    Synthesis synthesis(packets.Info());
+    if (!synthesis.Ready()) return;
+    for (ogg_packet packet; packets.Next(packet);) {
+        synthesis.Put(packet);
+        float** planes = nullptr;
+        for (int frames; (frames = synthesis.Get(planes)) > 0;) {
+            const std::size_t taken = take(planes, packets.Info().channels, static_cast<std::size_t>(frames));
+            if (taken == 0) return;
+            synthesis.Taken(static_cast<int>(taken));
+        }
+    }
+}
+
 }  // namespace
 
 std::vector<std::uint8_t> EncodeVorbis(std::span<const float> wave, int channels) {
@@ -228,32 +246,34 @@ std::uint64_t MeasureVorbis(std::span<const std::uint8_t> packed) {
     long former = 0;                                 // a block gives a quarter of itself and of the one before
     for (ogg_packet packet; packets.Next(packet);) {
         const long size = vorbis_packet_blocksize(&packets.Info(), &packet);
-        if (size <= 0) continue;
-        if (former > 0) frames += static_cast<std::uint64_t>(former / 4 + size / 4);
-        former = size;
+        if (size > 0) {
+            if (former > 0) frames += static_cast<std::uint64_t>(former / 4 + size / 4);
+            former = size;
+        }
+        if (packet.e_o_s && packet.granulepos >= 0)
+            frames = std::min(frames, static_cast<std::uint64_t>(packet.granulepos));
     }
     return frames;
 }
 
+std::uint64_t CountVorbis(std::span<const std::uint8_t> packed) {
+    std::uint64_t frames = 0;
+    Unpack(packed, [&](float**, int, std::size_t part) {
+        frames += part;
+        return part;
+    });
+    return frames;
+}
+
 std::size_t DecodeVorbis(std::span<const std::uint8_t> packed, int channels, std::span<float> wave) {
-    PacketReader packets(packed);
-    if (!packets.Open()) return 0;
-    Synthesis synthesis(packets.Info());
-    if (!synthesis.Ready()) return 0;
     const auto width = static_cast<std::size_t>(channels);
     std::size_t stored = 0;
-    for (ogg_packet packet; stored < wave.size() && packets.Next(packet);) {
-        synthesis.Put(packet);
-        float** planes = nullptr;
-        for (int frames; (frames = synthesis.Get(planes)) > 0;) {
-            const std::size_t room = (wave.size() - stored) / width;
-            const std::size_t taken = std::min({static_cast<std::size_t>(frames), kTakeFloats / width, room});
-            if (taken == 0) return stored;
-            StoreFrames(planes, packets.Info().channels, wave.subspan(stored, taken * width), width);
-            synthesis.Taken(static_cast<int>(taken));
-            stored += taken * width;
-        }
-    }
+    Unpack(packed, [&](float** planes, int planeCount, std::size_t part) {
+        const std::size_t taken = std::min({part, kTakeFloats / width, (wave.size() - stored) / width});
+        StoreFrames(planes, planeCount, wave.subspan(stored, taken * width), width);
+        stored += taken * width;
+        return taken;
+    });
     return stored;
 }
 

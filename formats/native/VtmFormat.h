@@ -42,6 +42,9 @@ constexpr std::uint32_t kNewestTrackerVersion = 9472;   // a file of a newer one
 // The rest of the slots has no place in the Mixer chunk.
 constexpr std::size_t kStoredRoutings = 8;
 
+// Those behind are not in the file.
+inline int StoredChannels(const Song& song) { return std::clamp(song.numChannels, 0, kMaxChannels); }
+
 struct ModuleHeader {
     std::string name{kModuleName};
     std::uint32_t trackerVersion = kWrittenTrackerVersion;

@@ -9,10 +9,11 @@ namespace vonta {
 namespace {
 
 constexpr std::uint32_t kPackedSizeBytes = 4;        // a packed size counts its own field
+constexpr float kWaveScale = 32768.0f;
 
-// A Vorbis stream can claim hours of silence in a few bytes. Music comes nowhere near this ratio of memory to
-// file; what goes beyond it draws on the allowance of the load.
-constexpr std::int64_t kMusicRatio = 32;
+constexpr std::int64_t FloatBytes(std::size_t floats) {
+    return static_cast<std::int64_t>(floats) * std::int64_t{sizeof(float)};
+}
 
 // The forms that hold plain values, one row each.
 struct PlainForm {
@@ -81,36 +82,73 @@ std::vector<std::uint8_t> ReadPacked(NativeLoad& load) {
     return packed;
 }
 
-// Whether a wave of so many bytes may come out of this stream.
-bool MayUnpack(NativeLoad& load, std::int64_t bytes, std::size_t packed) {
-    if (bytes <= static_cast<std::int64_t>(packed) * kMusicRatio) return true;
+// A few bytes of a stream can decode to hours of silence: what all of them take together is bounded.
+bool MayUnpack(NativeLoad& load, std::int64_t bytes) {
     if (bytes > load.unpackAllowance) return false;
     load.unpackAllowance -= bytes;
     return true;
 }
 
+// A stream may turn out shorter than its packets promise.
+std::uint32_t Decode(std::span<const std::uint8_t> packed, int channels, std::uint32_t count, Sample& sample) {
+    const std::span<float> wave = sample.Allocate(count, channels);
+    const std::size_t stored = DecodeVorbis(packed, channels, wave);
+    if (stored < wave.size()) {
+        const std::vector<float> held(wave.begin(), wave.begin() + static_cast<std::ptrdiff_t>(stored));
+        sample.SetData(held, channels);
+    }
+    return static_cast<std::uint32_t>(stored);
+}
+
 void ReadVorbis(NativeLoad& load, Sample& sample, const WaveHead& head) {
     const auto packed = ReadPacked(load);
-    const int channels = head.channels == 1 ? 1 : 2;
-    const std::uint64_t held = MeasureVorbis(packed) * static_cast<std::uint64_t>(channels);
-    const auto kept =
-        WholeFrames(static_cast<std::int64_t>(std::min<std::uint64_t>(head.count, held)), head.channels);
-    if (!MayUnpack(load, static_cast<std::int64_t>(kept) * std::int64_t{sizeof(float)}, packed.size())) {
-        load.report.Add("Sample \"%s\": its packed wave claims %u values and is left out.", sample.name.c_str(),
-                        kept);
+    if (head.channels != 1 && head.channels != 2) {
+        load.report.Add("Sample \"%s\": a packed wave of %d channels is left out.", sample.name.c_str(), head.channels);
         return;
     }
-    DecodeVorbis(packed, channels, sample.Allocate(kept, channels));
-    ReportShort(load, sample, head, kept);
+    const std::uint64_t held = MeasureVorbis(packed) * head.channels;
+    const auto kept =
+        WholeFrames(static_cast<std::int64_t>(std::min<std::uint64_t>(head.count, held)), head.channels);
+    if (!MayUnpack(load, FloatBytes(kept))) {
+        load.report.Add("Sample \"%s\" is left out: packed waves of a file may take %d MiB together.",
+                        sample.name.c_str(), static_cast<int>(kMaxUnpackedBytes >> 20));
+        return;
+    }
+    ReportShort(load, sample, head, Decode(packed, head.channels, kept, sample));
+}
+
+// Why a wave is not to be packed, or null. What comes back from a stream lies in the range of 16 bits.
+const char* ReasonToStayPlain(std::span<const float> wave, const WavePacking& packing) {
+    const auto isBeyond = [](float value) { return !(value >= -kWaveScale && value <= kWaveScale); };
+    if (FloatBytes(wave.size()) > packing.allowance) return "the file has enough packed waves";
+    if (std::ranges::any_of(wave, isBeyond)) return "packing would clip it";
+    return nullptr;
+}
+
+// The packed form of the wave, if it is wanted and is known to come back at its full length; else empty.
+std::vector<std::uint8_t> Pack(const Sample& sample, std::span<const float> wave, WavePacking& packing) {
+    if (!packing.wanted) return {};
+    const char* reason = ReasonToStayPlain(wave, packing);
+    if (!reason) {
+        const auto channels = static_cast<std::uint64_t>(sample.Channels());
+        auto packed = EncodeVorbis(wave, sample.Channels());
+        if (CountVorbis(packed) * channels == wave.size() && MeasureVorbis(packed) * channels == wave.size()) {
+            packing.allowance -= FloatBytes(wave.size());
+            return packed;
+        }
+        reason = "packing would change its length";
+    }
+    if (packing.report) packing.report->Add("Sample \"%s\" is not compressed: %s", sample.name.c_str(), reason);
+    return {};
 }
 
 }  // namespace
 
-void WriteWave(ChunkWriter& chunks, const Sample& sample, bool compress) {
+void WriteWave(ChunkWriter& chunks, const Sample& sample, WavePacking& packing) {
     if (!sample.Wave()) return;
     const std::span wave(sample.Wave(), sample.Count());
     const WaveHead head{sample.Count(), static_cast<std::uint8_t>(sample.Channels())};
-    const auto packed = compress ? EncodeVorbis(wave, sample.Channels()) : std::vector<std::uint8_t>{};
+    const auto packed = Pack(sample, wave, packing);
     if (packed.empty()) {
         const PlainForm& form = FindPlainForm(SmallestForm(sample));
         return WriteChunk(chunks, form.form, head, [&] { form.write(chunks.Out(), wave); });

@@ -17,6 +17,7 @@ constexpr FormatLimits kWavLimits = {
     .frames = std::numeric_limits<std::uint32_t>::max(),
     .sixteenBits = true,
     .sampleNameLength = std::string::npos,           // the name of the file serves
+    .oddFrames = true,
     .stereo = true,
     .loops = false,
     .fixedRate = kSavedRate,
