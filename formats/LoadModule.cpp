@@ -1,5 +1,6 @@
 #include "formats/Loaders.h"
 #include "formats/mod/LoaderMOD.h"
+#include "formats/NameAfter.h"
 #include "formats/native/LoaderVTM.h"
 #include "formats/Repair.h"
 #include "formats/xm/LoaderXM.h"
@@ -53,6 +54,7 @@ std::unique_ptr<Song> LoadModule(FileStream& stream, bool& outUnknown, LoadRepor
         return nullptr;
     }
     outUnknown = loader->HasUnknownChunks();
+    NameAfter(stream, *song);
     Repair(*song, report);
     return song;
 }

@@ -61,8 +61,8 @@ public:
     virtual bool Check(const std::string& path) = 0;
 };
 
-// Offers the stream to native, XM and MOD in this order, and validates what comes. Null if none knows the format or
-// the load failed: report.error says why. outUnknown tells of chunks of a newer version.
+// Offers the stream to native, XM and MOD in this order, validates what comes and names it after its file. Null if none
+// knows the format or the load failed: report.error says why. outUnknown tells of chunks of a newer version.
 std::unique_ptr<Song> LoadModule(FileStream& stream, bool& outUnknown, LoadReport& report);
 std::unique_ptr<Song> LoadModule(const std::string& path, bool& outUnknown, LoadReport& report);
 
@@ -87,8 +87,8 @@ struct SaveOptions {
     LoadReport* report = nullptr;                    // what the target format could not hold; may be null
 };
 
-// Writes the song and closes the stream. 0 on success; 1 for a null stream, an unknown mode, a mode without a writer,
-// or a failed write (the old file then stays).
+// Names the song after the file, writes it and closes the stream. 0 on success; 1 for a null stream, an unknown mode,
+// a mode without a writer, or a failed write (the old file and the old name then stay).
 int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& options);
 
 // A WAV file of 16 bits. 0 on success, and report.lines tell what it could not hold; 1 for a sample without a wave or a

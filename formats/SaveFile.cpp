@@ -1,5 +1,6 @@
 #include "formats/ForeignSavers.h"
 #include "formats/Loaders.h"
+#include "formats/NameAfter.h"
 #include "formats/native/SaverVTM.h"
 
 namespace vonta {
@@ -42,12 +43,14 @@ const SaverRow* FindSaver(SaveMode mode) {
 int SaveFile(FileStream* stream, SaveMode mode, Song& song, const SaveOptions& options) {
     if (!stream) return 1;
     const SaverRow* saver = FindSaver(mode);
-    if (!saver || !saver->writesStream) stream->Abandon();
-    if (!saver || saver->save(*stream, song, options) != 0) {
-        stream->Abandon();
-        return 1;
-    }
-    return !saver->writesStream || stream->Close() ? 0 : 1;
+    const bool writes = saver && saver->writesStream;
+    if (!writes) stream->Abandon();
+    const std::string formerName = song.fileName;
+    if (writes) NameAfter(*stream, song);            // a native file holds its own name
+    if (saver && saver->save(*stream, song, options) == 0 && (!writes || stream->Close())) return 0;
+    song.fileName = formerName;
+    stream->Abandon();
+    return 1;
 }
 
 }  // namespace vonta

@@ -10,7 +10,7 @@ namespace vonta {
 namespace {
 
 constexpr std::size_t kMaxTitleLength = 254;
-constexpr std::size_t kMaxFileNameLength = 255;
+constexpr std::size_t kMaxFileNameLength = 4095;   // of any path; a cut one would name another file
 constexpr int kDefaultChannels = 10;
 
 // The three collections hold owned objects by number; a number outside finds nothing and stores nothing.

@@ -4,13 +4,12 @@
 
 #include "formats/Comments.h"
 #include "formats/mod/ModFormat.h"
+#include "formats/samples/SampleSetup.h"
 #include "formats/samples/WaveBytes.h"
 #include "platform/Debug.h"
 
 namespace vonta {
 namespace {
-
-constexpr int kMaxWaveBytes = 65534;
 
 void LoadHeader(const ModHeader& header, int channels, Song& song) {
     song.SetTitle(header.title);
@@ -36,22 +35,19 @@ std::unique_ptr<Pattern> LoadPattern(Reader& in, int channels, std::vector<std::
 }
 
 // The highest pattern of all orders, those behind the song's end included, is the last one of the file.
-void LoadPatterns(Reader& in, const ModHeader& header, int channels, Song& song) {
+void LoadPatterns(Reader& in, const ModHeader& header, int channels, Song& song, LoadReport& report) {
     const int last = *std::max_element(header.orders.begin(), header.orders.end());
     DebugOutput("\t- num. patterns: %i\n", last);
     std::vector<std::uint8_t> bytes(static_cast<std::size_t>(kModRows * channels) * kModCellBytes);
-    for (int i = 0; i <= last; ++i) song.AddPattern(LoadPattern(in, channels, bytes));
+    for (int i = 0; i <= last; ++i) {
+        const bool wasWhole = !in.Truncated();
+        song.AddPattern(LoadPattern(in, channels, bytes));
+        if (wasWhole && in.Truncated())
+            report.Add("The file ends in pattern %i: what follows is empty, and all samples are missing.", i);
+    }
 }
 
-// Lengths in bytes are held in 16 bits, so that longer waves lose what goes beyond. If the file has all of it,
-// that is passed over, and the next instruments keep their waves.
-bool HoldsWholeWaves(const Reader& in, const ModHeader& header) {
-    std::int64_t bytes = 0;
-    for (const ModSample& sample : header.samples) bytes += std::int64_t{sample.length} * kModWordBytes;
-    return in.Remaining() >= bytes;
-}
-
-std::uint16_t WordsToBytes(std::uint16_t words) { return static_cast<std::uint16_t>(words * kModWordBytes); }
+std::uint32_t WordsToBytes(std::uint16_t words) { return words * kModWordBytes; }
 
 void LoadLoop(const ModSample& record, SampleData& data) {
     const std::uint32_t start = WordsToBytes(record.loopStart), length = WordsToBytes(record.loopLength);
@@ -60,12 +56,13 @@ void LoadLoop(const ModSample& record, SampleData& data) {
     if (length > kModWordBytes) data.loopType = VTSAMPLE_LOOP_FORDWARD;
 }
 
-std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record, bool wholeWaves) {
+std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record) {
     auto sample = std::make_unique<Sample>();
-    const std::uint16_t size = WordsToBytes(record.length);
-    if (size > 0) ReadWaveValues<std::int8_t>(in, sample->Allocate(size, 1));
-    if (wholeWaves) in.Skip(std::int64_t{record.length} * kModWordBytes - size);
+    const std::int64_t size = WordsToBytes(record.length);
+    const std::int64_t held = std::min(size, in.Remaining());
+    if (held > 0) ReadWaveValues<std::int8_t>(in, sample->Allocate(static_cast<std::uint32_t>(held), 1));
     LoadLoop(record, *sample->data);
+    if (held < size) CutLoop(*sample);
     sample->volume = static_cast<std::uint8_t>(2 * std::min(record.volume, kModVolume));
     sample->fineTune = static_cast<std::int8_t>(record.fineTune * 16);
 
@@ -76,15 +73,20 @@ std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record, 
     return instrument;
 }
 
+// Waves stand one behind the other, so in a file that is cut all behind the cut are gone.
 void LoadInstruments(Reader& in, const ModHeader& header, Song& song, LoadReport& report) {
-    const bool wholeWaves = HoldsWholeWaves(in, header);
-    int cut = 0;
-    for (const ModSample& sample : header.samples) {
-        song.AddInstrument(MakeInstrument(in, sample, wholeWaves));
-        cut += sample.length * kModWordBytes > WordsToBytes(sample.length);
+    int missing = 0;
+    for (const ModSample& record : header.samples) {
+        const std::int64_t size = WordsToBytes(record.length), held = std::min(size, in.Remaining());
+        song.AddInstrument(MakeInstrument(in, record));
+        if (held == size || in.Truncated()) continue;
+        if (held > 0)
+            report.Add("The file ends in the sample of instrument %i \"%s\": it has %i of its %i frames.",
+                       song.numInstruments, record.name.c_str(), static_cast<int>(held), static_cast<int>(size));
+        else
+            ++missing;
     }
-    if (cut > 0)
-        report.Add("%i samples are longer than %i bytes: what goes beyond is dropped.", cut, kMaxWaveBytes);
+    if (missing > 0) report.Add("The file ends early: the samples of %i instruments are missing.", missing);
 }
 
 }  // namespace
@@ -115,9 +117,8 @@ std::unique_ptr<Song> LoaderMOD::Load(FileStream& stream, LoadReport& report) {
     auto song = std::make_unique<Song>();
     LoadHeader(header, channels, *song);
     DebugOutput("\t- song lenght: %i\n", header.length);
-    LoadPatterns(in, header, channels, *song);
+    LoadPatterns(in, header, channels, *song, report);
     LoadInstruments(in, header, *song, report);
-    if (in.Truncated()) report.Add("The file ends early: what is missing is silent.");
     song->SetComments(CommentsFromNames(*song));
     DebugOutput("\t- song loaded correctly\n");
     return song;

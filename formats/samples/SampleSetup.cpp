@@ -34,6 +34,12 @@ void SetLoopPoints(Sample& sample, std::uint64_t start, std::uint64_t end) {
     data.loopStart = static_cast<std::uint32_t>(std::min<std::uint64_t>(start, data.loopEnd));
 }
 
+void CutLoop(Sample& sample) {
+    SampleData& data = *sample.data;
+    SetLoopPoints(sample, data.loopStart, data.loopEnd);
+    if (data.loopStart == data.loopEnd) data.loopType = VTSAMPLE_LOOP_NONE;
+}
+
 void LoopForward(Sample& sample) {
     SampleData& data = *sample.data;
     data.loopType = VTSAMPLE_LOOP_FORDWARD;

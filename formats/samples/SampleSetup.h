@@ -23,6 +23,8 @@ std::int8_t ToSignedByte(int value);                 // the nearest
 
 // Loop points in floats, moved into the wave.
 void SetLoopPoints(Sample& sample, std::uint64_t start, std::uint64_t end);
+// Of a wave that is shorter than its file said: the loop goes no further than what there is, and is none behind it.
+void CutLoop(Sample& sample);
 // A loop without points goes over the whole wave: an empty one would be silent.
 void LoopForward(Sample& sample);
 

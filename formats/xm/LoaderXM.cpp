@@ -64,40 +64,38 @@ XmSamplesEnd ReadInstrument(Reader& in, const XmInstrumentHeader& header, std::i
     XmInstrumentBody body;
     RecordReader record(in);
     XmInstrumentBodyRecord(record, body);
-    if (in.Truncated()) return XmSamplesEnd::Cut;
+    if (in.Truncated()) {
+        report.Add("The file ends in instrument %i: its samples are missing.", number);
+        return XmSamplesEnd::Cut;
+    }
     DebugOutput("\tnumvolp: %i\n", body.volume.numPoints);
     ApplyXmBody(body, instrument);
     SeekPastInstrument(in.Stream(), start, header.size, kXmUsualInstrumentBytes);
     return ReadXmSamples(in, header.numSamples, sampleHeaderSize, instrument, number, report);
 }
 
-// False if the file ends before the last wave of the last instrument: then it is not the song that it says it is.
-bool ReadInstruments(Reader& in, int count, Song& song, LoadReport& report) {
+// In a file that ends early, those that it has: the last one with as much of its samples as is there.
+void ReadInstruments(Reader& in, int count, Song& song, LoadReport& report) {
     DebugOutput("\t- num. instruments %i\n", count);
-    for (int i = 0; i < std::min(count, kMaxInstruments); ++i) {
+    auto end = XmSamplesEnd::Whole;
+    for (int i = 0; i < std::min(count, kMaxInstruments) && end == XmSamplesEnd::Whole; ++i) {
         DebugOutput("\t\t- loading instrument... %i\n", i);
         const std::int64_t start = in.Stream().Tell();
         XmInstrumentHeader header;
         RecordReader record(in);
         XmInstrumentHeaderRecord(record, header);
-        if (in.Truncated()) {
-            report.Fail("the file is cut short before instrument %i", i + 1);
-            return false;
-        }
+        if (in.Truncated()) break;
         auto instrument = std::make_unique<Instrument>();
         instrument->SetName(header.name);
         DebugOutput("\t\t\t- num. samples %i\n", header.numSamples);
-        const XmSamplesEnd end = ReadInstrument(in, header, start, *instrument, i + 1, report);
-        if (end == XmSamplesEnd::Cut || (end == XmSamplesEnd::LastIsShort && i + 1 < count)) {
-            report.Fail("the file is cut short in instrument %i", i + 1);
-            return false;
-        }
+        end = ReadInstrument(in, header, start, *instrument, i + 1, report);
         song.AddInstrument(std::move(instrument));
     }
+    if (const int missing = std::min(count, kMaxInstruments) - song.numInstruments; missing > 0)
+        report.Add("The file ends early: the last %i of its %i instruments are missing.", missing, count);
     if (count > kMaxInstruments)
         report.Add("The file has %i instruments: the last %i are dropped.", count, count - kMaxInstruments);
     DebugOutput("\t- all instruments ok\n");
-    return true;
 }
 
 }  // namespace
@@ -114,8 +112,9 @@ std::unique_ptr<Song> LoaderXM::Load(FileStream& stream, LoadReport& report) {
     Reader in(stream);
     XmHeader header;
     if (!ReadHeader(in, header, *song, report)) return nullptr;
-    if (!ReadXmPatterns(in, header, *song, report)) return nullptr;
-    if (!ReadInstruments(in, header.instruments, *song, report)) return nullptr;
+    const XmPatternsEnd patterns = ReadXmPatterns(in, header, *song, report);
+    if (patterns == XmPatternsEnd::Damaged) return nullptr;
+    if (patterns == XmPatternsEnd::Whole) ReadInstruments(in, header.instruments, *song, report);
     song->SetComments(CommentsFromNames(*song));
     DebugOutput("\t- song loaded correctly\n");
     return song;

@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "formats/samples/SampleSetup.h"
 #include "formats/streams/Record.h"
 
 namespace vonta {
@@ -89,6 +90,7 @@ bool LoadWave(Reader& in, const XmSampleHeader& header, Sample& sample) {
     const bool sixteenBit = IsSixteenBit(header);
     if (header.length != 0) sample.bits = sixteenBit ? 16 : 8;
     if (bytes > 0) ReadWave(in, bytes, sixteenBit, sample.Allocate(sixteenBit ? bytes / 2 : bytes, 1));
+    if (bytes < header.length) CutLoop(sample);
     return bytes == header.length;
 }
 
@@ -129,15 +131,16 @@ XmSamplesEnd ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Inst
         report.Add("The file ends in the sample headers of instrument %i.", number);
         return XmSamplesEnd::Cut;
     }
+    auto end = XmSamplesEnd::Whole;
     for (std::size_t i = 0; i < headers.size(); ++i) {
-        if (LoadWave(in, headers[i], *instrument.samples[i])) continue;
+        if (LoadWave(in, headers[i], *instrument.samples[i]) || end == XmSamplesEnd::Cut) continue;
         report.Add("The file ends in sample %i of instrument %i: the rest is silent.", static_cast<int>(i) + 1, number);
-        return i + 1 == headers.size() ? XmSamplesEnd::LastIsShort : XmSamplesEnd::Cut;
+        end = XmSamplesEnd::Cut;
     }
     if (count > kUsedSamples)
         report.Add("Instrument %i has %i samples: the last %i are dropped.", number, count, count - kUsedSamples);
     in.Skip(dropped);
-    return in.Truncated() ? XmSamplesEnd::LastIsShort : XmSamplesEnd::Whole;
+    return in.Truncated() ? XmSamplesEnd::Cut : end;
 }
 
 }  // namespace vonta

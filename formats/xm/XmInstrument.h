@@ -16,14 +16,10 @@ constexpr std::uint32_t kXmMaxRecordBytes = 4096;
 // Both envelopes, the fade-out and the samples of the 96 notes.
 void ApplyXmBody(const XmInstrumentBody& body, Instrument& instrument);
 
-// All sample headers, then all waves, into `instrument`: the first kUsedSamples of them, the others are passed over. A
-// wave that the file does not hold whole is shortened. What was dropped is told in `report`; `number` is the
-// instrument's there.
-enum class XmSamplesEnd {
-    Whole,
-    LastIsShort,      // the file ends in the last wave
-    Cut,              // it ends before
-};
+// All sample headers, then all waves, into `instrument`: the first kUsedSamples of them, the others are passed over. In
+// a file that ends early a wave is as long as what is there of it. What was dropped is told in `report`; `number` is
+// the instrument's there.
+enum class XmSamplesEnd { Whole, Cut };
 XmSamplesEnd ReadXmSamples(Reader& in, int count, std::uint32_t headerSize, Instrument& instrument, int number,
                    LoadReport& report);
 

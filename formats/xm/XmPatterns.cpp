@@ -84,22 +84,23 @@ public:
     PatternReader(Reader& in, const XmHeader& header, Song& song, LoadReport& report)
         : in_(in), header_(header), song_(song), report_(report) {}
 
-    bool Read(int index) {
+    XmPatternsEnd Read(int index) {
         XmPatternHeader header;
-        if (!ReadHeader(index, header)) return false;
-        if (index >= kMaxPatterns) return in_.Stream().Seek(header.packedSize, kFromHere) || FailCut(index);
+        RecordReader record(in_);
+        XmPatternHeaderRecord(record, header);
+        if (in_.Truncated()) return TellCut(index);
+        if (!CheckHeader(index, header)) return XmPatternsEnd::Damaged;
+        if (index >= kMaxPatterns)
+            return in_.Stream().Seek(header.packedSize, kFromHere) ? XmPatternsEnd::Whole : TellCut(index);
         auto pattern = std::make_unique<Pattern>();
         pattern->SetNumRows(header.rows);
-        if (header.packedSize != 0 && !ReadCells(index, header, *pattern)) return false;
+        const bool whole = header.packedSize == 0 || ReadCells(index, header, *pattern);
         song_.AddPattern(std::move(pattern));
-        return true;
+        return whole ? XmPatternsEnd::Whole : TellCut(index);
     }
 
 private:
-    bool ReadHeader(int index, XmPatternHeader& header) {
-        RecordReader record(in_);
-        XmPatternHeaderRecord(record, header);
-        if (in_.Truncated()) return FailCut(index);
+    bool CheckHeader(int index, const XmPatternHeader& header) {
         if (header.packing != 0) {
             DebugOutput("* ERROR (corrupted module) pattern(%i) invalid packed type\n", index);
             report_.Fail("pattern %i has an unknown packing type", index);
@@ -116,6 +117,7 @@ private:
     }
 
     // Leaves the stream behind the pattern: where the packed size puts the next one, unless that lies beyond the file.
+    // False if the file ends before the cells do; those that are there are kept.
     bool ReadCells(int index, const XmPatternHeader& header, Pattern& pattern) {
         const std::int64_t start = in_.Stream().Tell();
         const bool whole = in_.Remaining() >= header.packedSize;
@@ -130,10 +132,10 @@ private:
             } else if (whole) {
                 report_.Add("Pattern %i holds less than its rows: the others are empty.", index);
             } else {
-                return FailCut(index);
+                return false;
             }
         }
-        return in_.Stream().Seek(start + size, kFromStart) || FailCut(index);
+        return in_.Stream().Seek(start + size, kFromStart);
     }
 
     // The bytes at the position, which stays; fewer at the end of the file.
@@ -145,9 +147,9 @@ private:
         return {block_.data(), got};
     }
 
-    bool FailCut(int index) {
-        report_.Fail("the file is cut short in pattern %i", index);
-        return false;
+    XmPatternsEnd TellCut(int index) {
+        report_.Add("The file ends in pattern %i: what follows is missing, and so are all instruments.", index);
+        return XmPatternsEnd::Cut;
     }
 
     Reader& in_;
@@ -159,11 +161,11 @@ private:
 
 }  // namespace
 
-bool ReadXmPatterns(Reader& in, const XmHeader& header, Song& song, LoadReport& report) {
+XmPatternsEnd ReadXmPatterns(Reader& in, const XmHeader& header, Song& song, LoadReport& report) {
     PatternReader reader(in, header, song, report);
     for (int i = 0; i < header.patterns; ++i) {
         DebugOutput("\t\t- loading pattern... %i\n", i);
-        if (!reader.Read(i)) return false;
+        if (const XmPatternsEnd end = reader.Read(i); end != XmPatternsEnd::Whole) return end;
     }
     if (header.patterns > kMaxPatterns)
         report.Add("The file has %i patterns: the last %i are dropped.", header.patterns,
@@ -171,7 +173,7 @@ bool ReadXmPatterns(Reader& in, const XmHeader& header, Song& song, LoadReport& 
     if (header.channels > kTracks)
         report.Add("The file has %i channels: the last %i are dropped.", header.channels, header.channels - kTracks);
     DebugOutput("\t- all patterns ok\n");
-    return true;
+    return XmPatternsEnd::Whole;
 }
 
 bool IsXmPatternHere(FileStream& stream) {
