@@ -12,6 +12,7 @@
 #include "app/InRange.h"
 #include "app/Messages.h"
 #include "app/OpenFile.h"
+#include "app/PromptEnd.h"
 #include "app/Render.h"
 #include "formats/native/SaverVTI.h"
 
@@ -86,12 +87,6 @@ int FirstInstrumentWithSamples(const Song& song) {
 
 // ---- The writers
 
-bool OpenOutput(DiskStream& stream, const std::string& path) {
-    if (stream.Open(path, "wb")) return true;
-    Complain(path, stream.Error());
-    return false;
-}
-
 template <SaveMode mode>
 int WriteSong(Conversion& work) {
     FileContent& content = work.content;
@@ -99,7 +94,7 @@ int WriteSong(Conversion& work) {
     if (content.instrument) content.song = WrapInSong(std::move(content.instrument));
     const std::string& path = work.request.out;
     DiskStream stream;
-    if (!OpenOutput(stream, path)) return kFailed;
+    if (!stream.Open(path, "wb")) return ReportFailure(path, stream.Error());
     LoadReport losses = EveryLine();
     SaveOptions options;
     options.compress = work.request.compress;
@@ -118,10 +113,10 @@ int WriteInstrument(Conversion& work) {
     }
     if (content.sample) content.instrument = WrapInInstrument(std::move(content.sample));
     const std::string& path = work.request.out;
-    DiskStream stream;
-    if (!OpenOutput(stream, path)) return kFailed;
-    const bool written = SaveInstrument(stream, *content.instrument) == 0;
-    return stream.Close() && written ? kDone : ReportFailure(path, stream.Error());
+    LoadReport losses = EveryLine();
+    if (SaveInstrument(path, *content.instrument, &losses) != 0) return ReportFailure(path, losses.error);
+    TellLosses(path, losses);
+    return kDone;
 }
 
 // A song is heard, an instrument gives its first sample.
@@ -131,6 +126,7 @@ int WriteWave(Conversion& work) {
     if (content.song) {
         RenderRequest render;
         render.song = work.request.in;
+        render.options.extension = fs::path(path).extension();   // as it was typed: another case is another file
         return RenderSong(std::move(content.song), render, fs::path(path).replace_extension());
     }
     LoadReport losses = EveryLine();
@@ -173,6 +169,7 @@ std::string CheckTarget(const std::string& path) {
 }
 
 int Convert(const ConvertRequest& request) {
+    const PromptEnd promptEnd;
     std::error_code none;
     if (fs::equivalent(request.in, request.out, none)) return ReportFailure(request.out, "would replace what is read");
     LoadReport report;
@@ -199,7 +196,7 @@ void AddConvertCommand(CLI::App& command, std::function<int()>& chosen) {
         ->type_name("N");
     command.add_flag("--compress", request->compress, "Samples with loss, many times smaller; .vtm only");
     command.callback([request, &chosen] {
-        if (request->compress && !request->out.ends_with(kTargets[0].extension))
+        if (request->compress && ExtensionOf(request->out) != kTargets[0].extension)
             throw CLI::ValidationError("--compress", "only .vtm files are compressed");
         chosen = [request] { return Convert(*request); };
     });

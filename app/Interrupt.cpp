@@ -13,10 +13,10 @@ void Note(int) { g_interrupted = true; }
 
 }  // namespace
 
-void WatchInterrupt() {
+void WatchInterrupt(InterruptWatch watch) {
     struct sigaction action {};
     action.sa_handler = Note;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    action.sa_flags = watch == InterruptWatch::Once ? static_cast<int>(SA_RESETHAND) : SA_RESTART;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 

@@ -3,8 +3,11 @@
 
 namespace vonta {
 
-// From here on the first Ctrl+C (or SIGTERM, SIGHUP) is noted, and a second one ends the process as usual.
-void WatchInterrupt();
+enum class InterruptWatch { Once, UntilTheEnd };
+
+// From here on Ctrl+C (or SIGTERM, SIGHUP) is noted: each only once, so that a second one ends the process as usual, or
+// as often as it comes.
+void WatchInterrupt(InterruptWatch watch = InterruptWatch::Once);
 bool Interrupted();
 
 }  // namespace vonta

@@ -15,6 +15,7 @@
 #include "app/Interrupt.h"
 #include "app/Messages.h"
 #include "app/OpenFile.h"
+#include "app/PromptEnd.h"
 #include "app/ProgressBar.h"
 #include "app/SongLength.h"
 #include "platform/Clock.h"
@@ -126,6 +127,7 @@ int MixDown(PlayerHost& app, const RenderRequest& request, const std::string& ba
 }
 
 int Render(const RenderRequest& request) {
+    const PromptEnd promptEnd;
     LoadReport report;
     auto song = OpenSong(request.song, report);
     if (!song) return kFailed;

@@ -7,6 +7,7 @@
 
 #include "app/config/ConfigFile.h"
 #include "app/config/ConfigInstall.h"
+#include "formats/streams/FileStream.h"
 
 namespace vonta {
 namespace {
@@ -26,6 +27,11 @@ constexpr Resource kResources[] = {
     {"demo.vtm", "Songs/Harbour Lights.vtm", Install::WhenFresh},
 };
 
+bool Refuse(std::string& error, const fs::path& path, const std::string& reason) {
+    error = path.string() + ": " + reason;
+    return false;
+}
+
 // The copy keeps the time of the original, so that a newer program is told by its files.
 bool IsSame(const fs::path& original, const fs::path& copy) {
     std::error_code failed;
@@ -34,19 +40,21 @@ bool IsSame(const fs::path& original, const fs::path& copy) {
            fs::last_write_time(original, failed) == fs::last_write_time(copy, failed) && !failed;
 }
 
-// Beside the target, then renamed: a program that runs keeps the file that it has open.
+bool CopyBytes(FileStream& from, FileStream& to) {
+    std::vector<std::uint8_t> bytes(static_cast<std::size_t>(from.Size()));
+    bytes.resize(from.Read(bytes.data(), 1, bytes.size()));
+    return to.Write(bytes.data(), 1, bytes.size()) == bytes.size() && to.Close();
+}
+
+// Put in place when it is whole: a program that runs keeps the file that it has open.
 bool Copy(const fs::path& from, const fs::path& to, std::string& error) {
     std::error_code failed;
-    const fs::path unfinished = to.string() + ".part";
     fs::create_directories(to.parent_path(), failed);
-    if (!failed) fs::copy_file(from, unfinished, fs::copy_options::overwrite_existing, failed);
-    if (!failed) fs::last_write_time(unfinished, fs::last_write_time(from, failed), failed);
-    if (!failed) fs::rename(unfinished, to, failed);
-    if (!failed) return true;
-    error = to.string() + ": " + failed.message();
-    std::error_code ignored;
-    fs::remove(unfinished, ignored);
-    return false;
+    DiskStream in, out;
+    if (!in.Open(from.string(), "rb")) return Refuse(error, from, in.Error());
+    if (!out.Open(to.string(), "wb") || !CopyBytes(in, out)) return Refuse(error, to, out.Error());
+    fs::last_write_time(to, fs::last_write_time(from, failed), failed);
+    return !failed || Refuse(error, to, failed.message());
 }
 
 bool IsWanted(const Resource& row, const fs::path& original, const fs::path& copy, bool fresh) {

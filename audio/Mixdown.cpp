@@ -168,7 +168,8 @@ MixdownResult Mixdown(SndPlayer& player, const std::string& base, const MixdownO
     const Session session(player, options);
     PartFiles files(base, options, result);
     const bool byParts = options.byParts != 0;
-    if (!files.Open(byParts ? FindParts(player.GetMixer(), player.GetSong()) : std::vector{WholeMix()})) return result;
+    if (!files.Open(byParts ? FindParts(player.GetMixer(), player.GetSong()) : std::vector{WholeMix(options.extension)}))
+        return result;
 
     result.end = RenderSong(player, files, limits, progress, result);
     if (result.end == MixdownEnd::Cancelled) result.error = "cancelled";

@@ -74,7 +74,7 @@ std::string Suffix(const PartKind& kind, int index) {
 
 }  // namespace
 
-MixdownPart WholeMix() { return {kExtension, 0, ReadOutput}; }
+MixdownPart WholeMix(const std::string& extension) { return {extension, 0, ReadOutput}; }
 
 std::vector<MixdownPart> FindParts(const Mixer& mixer, const Song& song) {
     std::vector<MixdownPart> parts;

@@ -18,7 +18,7 @@ struct MixdownPart {
 };
 
 // The main output alone, as a mixdown to one file takes it.
-MixdownPart WholeMix();
+MixdownPart WholeMix(const std::string& extension);
 
 // What exists in this song and mixer: output pairs with a group, effects, buses, instruments, synths, in this order.
 std::vector<MixdownPart> FindParts(const Mixer& mixer, const Song& song);

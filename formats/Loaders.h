@@ -76,6 +76,7 @@ struct MixdownOptions {
     std::uint32_t sampleRate = 44100;                // Hz, 8000 to 192000
     std::uint32_t bits = 16;                         // 8, 16 or 32
     std::uint8_t byParts = 0;                        // one file, or one for each part of the signal path
+    std::string extension = ".wav";                  // of the one file, as it is to be written
 };
 
 enum class SaveMode : int { Module = 2, Xm = 3, Mod = 4, Nothing = 5, Mixdown = 6 };
