@@ -1,12 +1,22 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <nlohmann/json.hpp>
 
+#include "formats/Loaders.h"
+#include "tests/support/Await.h"
 #include "tests/support/RunVonta.h"
 #include "tests/support/SmallXm.h"
+#include "tests/support/SongBuilder.h"
 
 namespace vonta::test {
 namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr int kSlowness = 4;
+#else
+constexpr int kSlowness = 1;
+#endif
 
 class ConvertTest : public testing::Test {
 protected:
@@ -78,6 +88,69 @@ TEST_F(ConvertTest, AFailureLeavesTheOldFile) {
         EXPECT_EQ(directory_.Text(arguments[2]), arguments[2] == "song.xm" ? whole : "old");
     }
     EXPECT_EQ(directory_.List(), before);
+}
+
+// Waves of bass and pads pack some hundred times smaller; all of them come back, together and for themselves.
+TEST_F(ConvertTest, LongTonalSamplesComeBackWholeFromACompressedSong) {
+    SongBuilder song;
+    for (int i = 0; i < 4; ++i) song.SampleInstrument(i, SineWave(20 * 44100, 2, 9000.0f, 200u + static_cast<unsigned>(i)), 2);
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(directory_.File("plain.vtm"), "wb"));
+    ASSERT_EQ(SaveFile(&stream, SaveMode::Module, *song.Build(), {}), 0);
+    EXPECT_EQ(Run({"convert", "--compress", "plain.vtm", "PACKED.VTM"}).err, "");
+    EXPECT_LT(std::filesystem::file_size(directory_.File("PACKED.VTM")), 1u << 20);
+    EXPECT_EQ(Run({"check", "PACKED.VTM"}).out, "PACKED.VTM: ok\n");
+    for (const auto& instrument : Info("PACKED.VTM")["instruments"]) EXPECT_EQ(Frames(instrument), 20u * 44100);
+}
+
+TEST_F(ConvertTest, AModHoldsTheLongestOfASampleAndNamesWhatItCuts) {
+    directory_.Write("long.raw", std::string(65536, 'a'));
+    directory_.Write("endless.raw", std::string(200000, 'a'));
+    EXPECT_EQ(Run({"convert", "long.raw", "long.mod"}).status, 0);
+    EXPECT_EQ(Frames(Info("long.mod")), 65536u);
+    const Outcome cut = Run({"convert", "endless.raw", "endless.mod"});
+    EXPECT_NE(cut.err.find("Sample \"endless\" of instrument 1 cut from 200000 to 131070 frames"), std::string::npos) << cut.err;
+    EXPECT_EQ(Frames(Info("endless.mod")), 131070u);
+}
+
+TEST_F(ConvertTest, WritesUnderTheVeryNameAndNeverOverAnother) {
+    const std::string song = AsText(SmallXm().Build());
+    directory_.Write("song.wav", song);
+    directory_.Write("other.wav", "a recording");
+    directory_.Write("song.xm", song);
+    ASSERT_EQ(Run({"convert", "song.wav", "song.WAV"}).status, 0);
+    ASSERT_EQ(Run({"convert", "song.xm", "other.WAV"}).status, 0);
+    EXPECT_EQ(directory_.Text("song.wav"), song);
+    EXPECT_EQ(directory_.Text("other.wav"), "a recording");
+    for (const char* name : {"song.WAV", "other.WAV"}) EXPECT_TRUE(directory_.Text(name).starts_with("RIFF"));
+}
+
+TEST_F(ConvertTest, CutSongsGiveWhatTheyHoldAndAnInstrumentThatCannotBeWrittenItsReason) {
+    const std::string whole = AsText(SmallXm().Build());
+    directory_.Write("cut.xm", whole.substr(0, whole.size() - 2));
+    EXPECT_EQ(Run({"convert", "cut.xm", "rescued.vtm"}).err,
+              "vonta: cut.xm: The file ends in sample 1 of instrument 1: the rest is silent.\n");
+    EXPECT_EQ(Frames(Info("rescued.vtm")), 2u);
+    EXPECT_EQ(Run({"convert", "rescued.vtm", "no/such/place.vti", "--instrument", "1"}).err,
+              "vonta: no/such/place.vti: cannot write: No such file or directory\n");
+}
+
+// Packing asks nobody on its way; the end comes all the same, and takes the unfinished file with it.
+TEST_F(ConvertTest, SignalsEndAConversionAtOnceAndLeaveNothing) {
+    directory_.Write("hour.raw", std::string(30'000'000, 'a'));
+    directory_.Write("old.vtm", "old");
+    const auto before = directory_.List();
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        Program program({"convert", "--compress", "hour.raw", "old.vtm"}, directory_.Path());
+        ASSERT_TRUE(Await([&] { return directory_.List().size() > before.size(); }));
+        const auto start = std::chrono::steady_clock::now();
+        program.Signal(signal);
+        program.Signal(signal);                      // terminals and shells send several
+        EXPECT_EQ(program.Wait().status, 130);
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500 * kSlowness));
+        EXPECT_EQ(directory_.List(), before);
+        EXPECT_EQ(directory_.Text("old.vtm"), "old");
+    }
 }
 
 TEST_F(ConvertTest, CheckTellsOfEachFileWhetherItIsSound) {

@@ -1,7 +1,10 @@
 #include "formats/streams/FileStream.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <random>
@@ -113,6 +116,41 @@ TEST(DiskStream, ASaveKeepsTheModeAndTheLinkOfWhatItReplaces) {
     EXPECT_TRUE(std::filesystem::is_symlink(dir.File("link")));
     EXPECT_EQ(dir.Text("real"), std::string("new\0", 4));
     EXPECT_EQ(static_cast<unsigned>(std::filesystem::status(real).permissions()), 0600u);
+}
+
+TEST(DiskStream, ASaveThroughALinkThatLeadsNowhereFailsAndLeavesIt) {
+    const TempDirectory dir;
+    std::filesystem::create_symlink("missing", dir.File("dangling"));
+    std::filesystem::create_symlink("other", dir.File("loop"));
+    std::filesystem::create_symlink("loop", dir.File("other"));
+    const auto before = dir.List();
+    const struct { const char *name, *error; } cases[] = {
+        {"dangling", "cannot follow the link: No such file or directory"},
+        {"loop", "cannot follow the link: Too many levels of symbolic links"},
+    };
+    for (const auto& c : cases) {
+        DiskStream stream;
+        EXPECT_FALSE(stream.Open(dir.File(c.name), "wb"));
+        EXPECT_EQ(stream.Error(), c.error);
+        EXPECT_TRUE(std::filesystem::is_symlink(dir.File(c.name)));
+    }
+    EXPECT_EQ(dir.List(), before);
+}
+
+TEST(DiskStream, ASaveRemovesThePartsOfTheDeadAndNoneOfTheLiving) {
+    const TempDirectory dir;
+    for (const char* name : {".vonta-save-1-0", ".vonta-save-2-17", ".vonta-save-notes"}) dir.Write(name, "part");
+    const int living = ::open(dir.File(".vonta-save-2-17").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(::flock(living, LOCK_EX), 0);
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(dir.File("song"), "wb"));
+    EXPECT_EQ(dir.List().size(), 3u);                // these two and that of this save
+    const int again = ::open(dir.File(".vonta-save-" + std::to_string(::getpid()) + "-0").c_str(), O_RDONLY | O_CLOEXEC);
+    EXPECT_NE(::flock(again, LOCK_EX | LOCK_NB), 0) << "others must find it locked";
+    ASSERT_TRUE(stream.Close());
+    EXPECT_EQ(dir.List(), (std::set<std::string>{".vonta-save-2-17", ".vonta-save-notes", "song"}));
+    ::close(again);
+    ::close(living);
 }
 
 TEST(DiskStream, ANameOfFullLengthCanBeSaved) {

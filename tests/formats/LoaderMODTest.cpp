@@ -92,7 +92,7 @@ TEST(LoaderMOD, SampleRecordsBecomeInstruments) {
         std::uint32_t loopStart, loopEnd;
     } expected[] = {
         {6, -128, 128, VTSAMPLE_LOOP_FORDWARD, 2, 6},
-        {2, 112, 128, VTSAMPLE_LOOP_NONE, 2, 4},
+        {2, 112, 128, VTSAMPLE_LOOP_NONE, 0x10002, 0x10004},
         {0, 0, 6, VTSAMPLE_LOOP_NONE, 0, 0},
     };
     for (int i = 0; i < 3; ++i) {
@@ -108,18 +108,34 @@ TEST(LoaderMOD, SampleRecordsBecomeInstruments) {
     EXPECT_EQ((std::vector<float>(wave, wave + 4)), (std::vector<float>{256, -256, -32768, 32512}));
 }
 
-// A length of 32769 words counts as one. Whether the other 65536 bytes stand in the file, its size tells.
-TEST(LoaderMOD, AWaveTooLongForItsLengthDoesNotShiftTheNextOnes) {
-    for (const bool whole : {true, false}) {
-        ModBuilder mod;
-        mod.samples = {{.wave = {1, 2}, .words = 0x8001}, {.wave = {3, 4}, .words = 1}};
-        if (whole) mod.samples[0].wave.resize(2 * 0x8001, 0xEE);
-        const auto loaded = LoadBytes(mod.Build());
+// A wave of as many bytes as 16 bits hold no more, and behind it another. Wherever the file is cut, no instrument gets
+// what belongs to another, and a line says where.
+TEST(LoaderMOD, LongWavesAreReadWholeAndThoseOfACutFileAsFarAsTheyGo) {
+    ModBuilder mod;
+    mod.samples = {{.name = "long", .wave = std::vector<std::uint8_t>(131070, 1), .words = 65535, .loopStart = 32768,
+                    .loopLength = 32767},
+                   {.name = "short", .wave = {3, 4}, .words = 1}};
+    const auto whole = mod.Build();
+    const struct { std::size_t missing; std::uint32_t first, second, loopEnd; const char* lines; } cases[] = {
+        {0, 131070, 2, 131070, ""},
+        {2, 131070, 0, 131070, "The file ends early: the samples of 1 instruments are missing.\n"},
+        {65536 + 2, 65534, 0, 65534,
+         "The file ends in the sample of instrument 1 \"long\": it has 65534 of its 131070 frames.\n"
+         "The file ends early: the samples of 1 instruments are missing.\n"},
+        {131072 + 1024, 0, 0, 131070,
+         "The file ends in pattern 0: what follows is empty, and all samples are missing.\n"},
+    };
+    for (const auto& c : cases) {
+        const auto loaded = LoadBytes({whole.begin(), whole.end() - static_cast<std::ptrdiff_t>(c.missing)});
         ASSERT_TRUE(loaded.song);
-        EXPECT_EQ(JoinLines(loaded.report),
-                  "1 samples are longer than 65534 bytes: what goes beyond is dropped.\n");
-        EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(0)->Count(), 2u);
-        EXPECT_EQ(loaded.song->GetInstrument(1)->GetSample(0)->Wave()[0], 3 * 256.0f) << whole;
+        EXPECT_EQ(JoinLines(loaded.report), c.lines) << c.missing;
+        const Sample& first = *loaded.song->GetInstrument(0)->GetSample(0);
+        EXPECT_EQ(first.Count(), c.first);
+        EXPECT_EQ(loaded.song->GetInstrument(1)->GetSample(0)->Count(), c.second);
+        if (c.first == 0) continue;
+        EXPECT_EQ(first.Wave()[c.first - 1], 256.0f);
+        EXPECT_EQ(first.data->loopEnd, c.loopEnd);
+        EXPECT_EQ(first.data->loopType, c.loopEnd > 65536 ? VTSAMPLE_LOOP_FORDWARD : VTSAMPLE_LOOP_NONE);
     }
 }
 

@@ -244,20 +244,45 @@ TEST(LoaderXM, WhatTheSongHasNoPlaceForIsDroppedAndTold) {
     }
 }
 
-TEST(LoaderXM, AShortLastSampleIsToldAndWhatIsCutBeforeItIsRefused) {
-    XmBuilder xm = WithSamples({{.wave = {1, 1, 1}}, {.name = "last", .wave = {1, 1}, .length = 50}});
-    const auto loaded = LoadXm(xm);
-    ASSERT_TRUE(loaded.song) << loaded.report.error;
-    EXPECT_EQ(loaded.song->GetInstrument(0)->GetSample(1)->Count(), 2u);
-    EXPECT_EQ(JoinLines(loaded.report), "The file ends in sample 2 of instrument 1: the rest is silent.\n");
-
-    xm.numInstruments = 5;
-    EXPECT_EQ(LoadXm(xm).report.error, "the file is cut short in instrument 1");
-    const auto first = LoadXm(WithSamples({{.wave = {1, 1, 1}, .length = 1000}, {.wave = {}, .length = 50}}));
-    EXPECT_EQ(first.report.error, "the file is cut short in instrument 1");
-    XmBuilder missing = WithSamples({{.wave = {1, 1, 1}}});
-    missing.numInstruments = 2;
-    EXPECT_EQ(LoadXm(missing).report.error, "the file is cut short before instrument 2");
+// Two patterns and three instruments of one sample each, cut at the places that a load passes.
+TEST(LoaderXM, AFileThatEndsEarlyGivesWhatIsThereAndSaysWhereItEnds) {
+    XmBuilder xm;
+    xm.patterns = {{1, {0x81, 10, 0x81, 20}}, {2, {0x81, 30, 0x81, 40, 0x81, 50, 0x81, 60}}};
+    for (const char* name : {"one", "two", "three"})
+        xm.instruments.push_back({.name = name, .samples = {{.wave = {1, 1, 1, 1}, .loopLength = 4, .type = 1}}});
+    const auto whole = xm.Build();
+    const std::ptrdiff_t patterns = 336 + 9 + 4, instruments = patterns + 9 + 8;
+    const std::ptrdiff_t each = (static_cast<std::ptrdiff_t>(whole.size()) - instruments) / 3;
+    const std::string inPattern = "The file ends in pattern 1: what follows is missing, and so are all instruments.\n";
+    const std::string lastOne = "The file ends early: the last 1 of its 3 instruments are missing.\n";
+    const struct { std::ptrdiff_t size; int patterns, instruments; std::uint32_t lastWave; std::string lines; } cases[] = {
+        {patterns, 1, 0, 0, inPattern},
+        {patterns + 9 + 5, 2, 0, 0, inPattern},
+        {instruments, 2, 0, 0, "The file ends early: the last 3 of its 3 instruments are missing.\n"},
+        {instruments + each + 100, 2, 2, 0, "The file ends in instrument 2: its samples are missing.\n" + lastOne},
+        {instruments + 2 * each - 20, 2, 2, 0, "The file ends in the sample headers of instrument 2.\n" + lastOne},
+        {instruments + 2 * each - 2, 2, 2, 2, "The file ends in sample 1 of instrument 2: the rest is silent.\n" + lastOne},
+        {instruments + 2 * each, 2, 2, 4, lastOne},
+        {instruments + 3 * each - 1, 2, 3, 3, "The file ends in sample 1 of instrument 3: the rest is silent.\n"},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.size);
+        const auto loaded = LoadBytes({whole.begin(), whole.begin() + c.size});
+        ASSERT_TRUE(loaded.song) << loaded.report.error;
+        EXPECT_EQ(JoinLines(loaded.report), c.lines);
+        EXPECT_EQ(loaded.song->numPatterns, c.patterns);
+        EXPECT_EQ(loaded.song->numInstruments, c.instruments);
+        EXPECT_EQ(CellAt(loaded, 0, 1).note, 19);
+        if (c.patterns > 1) {
+            EXPECT_EQ(CellAt(loaded, 0, 1, 1).note, 39);
+        }
+        const Instrument* last = loaded.song->GetInstrument(c.instruments - 1);
+        const Sample* sample = last ? last->GetSample(0) : nullptr;
+        EXPECT_EQ(sample ? sample->Count() : 0, c.lastWave);
+        if (sample) {
+            EXPECT_LE(sample->data->loopEnd, c.lastWave);
+        }
+    }
 }
 
 // Each pattern claims to go on far behind its one byte of cells.

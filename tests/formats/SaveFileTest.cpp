@@ -31,6 +31,24 @@ TEST(SaveFile, ModesWithoutAFileLeaveNoneBehind) {
     EXPECT_EQ(SaveFile(nullptr, SaveMode::Nothing, *song, {}), 1);
 }
 
+TEST(SaveFile, ASongIsNamedAfterTheFullPathOfItsLastSaveOrLoad) {
+    const TempDirectory dir;
+    const auto song = Song::MakeDefault();
+    const auto relative = std::filesystem::relative(dir.Path() / "x/../song.vtm").string();
+    DiskStream stream;
+    ASSERT_TRUE(stream.Open(relative, "wb"));
+    ASSERT_EQ(SaveFile(&stream, SaveMode::Module, *song, {}), 0);
+    EXPECT_EQ(song->fileName, dir.File("song.vtm"));
+    ASSERT_TRUE(stream.Open("/dev/full", "wb"));
+    EXPECT_EQ(SaveFile(&stream, SaveMode::Module, *song, {}), 1);
+    EXPECT_EQ(song->fileName, dir.File("song.vtm"));
+    const std::string moved = dir.File(std::string(200, 'm') + ".vtm");
+    std::filesystem::rename(dir.File("song.vtm"), moved);
+    LoadReport report;
+    bool unknown = false;
+    EXPECT_EQ(LoadModule(std::filesystem::relative(moved).string(), unknown, report)->fileName, moved);
+}
+
 class FullDisk : public testing::Test {
 protected:
     // Saves over an old file, with a disk that takes `bytes`.

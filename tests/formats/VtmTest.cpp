@@ -315,13 +315,42 @@ TEST(Module, ASaveSaysWhatTheFileCannotHold) {
     Save(*song, false, &none);
     EXPECT_EQ(none.lines, std::vector<std::string>{});
     song->length = 256;
+    song->tempo = 0;
     song->numChannels = 4;
     song->GetPattern(0)->Write(0, 4, {1, 1, 1, 1, 1});
     song->fxRouting[8].enabled[0] = 1;
+    song->SetSynth(2, FullSynth("lead.dll", 5));
+    song->GetSynth(2)->muted = 1;
+    song->SetInstrument(0, std::make_unique<Instrument>());
+    Instrument& instrument = *song->GetInstrument(0);
+    instrument.SetSample(0, MakeSample({1, 2}), 1);
+    instrument.SetSample(1, std::make_unique<Sample>(), 1);
+    instrument.GetSample(1)->Link(instrument.GetSample(0)->data, 0);
+    instrument.eq[1].gain = 0.5f;
+    instrument.SetSynth(std::make_unique<FakeSynth>("bass.dll"));
+    instrument.synth->volume = 0.5f;
     LoadReport all;
     const auto bytes = Save(*song, false, &all);
-    EXPECT_EQ(all.lines.size(), 3u);
+    EXPECT_EQ(all.lines, (std::vector<std::string>{
+        "The file cannot hold a song of 256 positions: it will come back with 1.",
+        "Tempo 0 is not in the file: it will come back as 1.",
+        "Notes behind channel 4 are not in the file.",
+        "The routing of effect slot 8 is not in the file.",
+        "The mute of synth 3 is not in the file, for it plays on output pair 6.",
+        "Equalizer bands that are off and lose their values: 1",
+        "Clones that become samples of their own: 1",
+        "Own synths of instruments that lose their mixing section: 1"}));
     EXPECT_EQ(Load(bytes).song->length, 1u);
+    EXPECT_EQ(Load(bytes).song->tempo, 1u);
+}
+
+// What would not come back whole from a stream is stored as it is, and told.
+TEST(Module, WavesThatPackingWouldHarmStayPlain) {
+    const auto song = SongBuilder().SampleInstrument(0, {0, 40000, -40000, -40000}).SineInstrument(1, 1000).Build();
+    LoadReport report;
+    const auto loaded = Load(Save(*song, true, &report));
+    EXPECT_EQ(report.lines, std::vector<std::string>{"Sample \"\" is not compressed: packing would clip it"});
+    ExpectSameWave(*song->GetInstrument(0)->GetSample(0), *loaded.song->GetInstrument(0)->GetSample(0), 0);
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ public:
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
 
-    void Interrupt() const { child_.Signal(SIGINT); }
+    void Signal(int signal) const { child_.Signal(signal); }
+    void Interrupt() const { Signal(SIGINT); }
 
     // What it has said to the error output so far.
     std::string ErrorText() const { return files_.Text("err"); }
