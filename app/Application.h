@@ -51,7 +51,8 @@ public:
     void SaveEnvironment() override;
     void RequestVideoRestart() override { m_bRestartVideo = true; }
     const std::string& GetStartDir() const override { return m_szStartDir; }
-    int MixDown(const std::string& base, const MixdownOptions& options, std::string& error) override;
+    int MixDown(const std::string& base, const MixdownOptions& options, std::string& error,
+                std::vector<std::string>& notes) override;
     bool HasSoundDevice() const override { return hasSoundDevice_; }
 
     TrackerInterface& GetInterface() { return *m_pInterface; }
@@ -82,6 +83,7 @@ private:
     void OnClose();
     int LeaveAtOnce();
     void TakeEvents();
+    void ShowTitle();
     void Sleep();
     void TurnOnce();
     void TellOfException(const char* reason);
@@ -102,6 +104,7 @@ private:
     bool m_bCloseEditor = false;                     // the plug-in's window is to be closed
     bool hasSoundDevice_ = true;
     bool stopLongWork_ = false, inLongWork_ = false;
+    std::uint32_t titleFrames_ = 0;
 };
 
 }  // namespace vonta

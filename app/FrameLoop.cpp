@@ -1,5 +1,6 @@
 #include <chrono>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <thread>
 #include <utility>
@@ -16,6 +17,7 @@ namespace vonta {
 namespace {
 
 constexpr int kScanEscape = 41, kScanF4 = 61;         // USB HID usages
+constexpr const char* kUnnamedSong = "new song";
 constexpr int kWaitMs = 500;                         // of a minimised window, between two looks at signals
 
 }  // namespace
@@ -77,9 +79,19 @@ void GMain::Frame() {
     Update();
     if (!m_pTracker->m_bEditorOpen || !m_config.Has(kFullscreen)) m_pVideo->Present();
     // Between two frames, so that the line which tells of it stays on the screen meanwhile.
-    if (m_pTracker->m_bSaveRequested) m_pInterface->DiskOp().SaveNow();
-    else if (m_pTracker->m_bLoadRequested) m_pInterface->DiskOp().LoadNow();
-    m_pTracker->m_bSaveRequested = m_pTracker->m_bLoadRequested = false;
+    m_pInterface->DiskOp().WorkNow();
+    ShowTitle();
+}
+
+// Of the song and whether it is saved, where the desktop tells windows apart.
+void GMain::ShowTitle() {
+    constexpr std::uint32_t kFrames = 8;             // from look to look
+    if (++titleFrames_ % kFrames != 0) return;
+    const bool changed = m_pTracker->IsChanged();
+    const std::string file = std::filesystem::path(m_pTracker->CurrentSong().fileName).filename().string();
+    const std::string name = file.empty() ? kUnnamedSong : Printable(file);
+    const std::string title = file.empty() && !changed ? kProgramTitle : (changed ? "*" : "") + name + " - " + kProgramTitle;
+    if (title != m_pWindow->GetTitle()) m_pWindow->SetTitle(title);
 }
 
 void GMain::Update() {

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "app/Application.h"
+#include "app/Messages.h"
 #include "audio/Mixdown.h"
 #include "platform/Clock.h"
 
@@ -46,15 +47,20 @@ void GMain::OpenCurtain() {
     inLongWork_ = false;
 }
 
-int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::string& error) {
+int GMain::MixDown(const std::string& base, const MixdownOptions& options, std::string& error,
+                   std::vector<std::string>& notes) {
+    const MixdownLimits limits;
     ShownProgress progress(*this, m_pSndPlayer->GetSong().GetPatternPosLenght());
     BeginLongWork();
-    const MixdownResult result = Mixdown(*m_pSndPlayer, base, options, {}, &progress);
+    const MixdownResult result = Mixdown(*m_pSndPlayer, base, options, limits, &progress);
     inLongWork_ = false;
     m_pInterface->ForgetKeys();                      // what was pressed meanwhile was not meant for the song
     m_pInput->SkipMouse();
     error = result.error;
     if (!result.dropped.empty()) error = result.dropped.front() + " cannot be written";
+    if (result.end == MixdownEnd::JumpedBack) notes.push_back(kCircleText);
+    if (result.end == MixdownEnd::TimeLimit)
+        notes.push_back("it was cut after " + std::to_string(static_cast<int>(limits.maxMinutes)) + " minutes of sound");
     return result.ok && result.dropped.empty() ? 0 : 1;
 }
 

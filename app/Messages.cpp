@@ -6,6 +6,7 @@
 namespace vonta {
 
 const char* const kProgramTitle = "Vonta Tracker beta " VONTA_VERSION;
+const char* const kCircleText = "the song runs in a circle; it was ended there";
 
 namespace {
 

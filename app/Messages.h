@@ -13,6 +13,7 @@ enum class Layout { Replace, Keep };                 // of tabs and line feeds
 std::string Printable(std::string_view text, Layout layout = Layout::Replace);
 
 extern const char* const kProgramTitle;              // with the version: of the window, and of --version
+extern const char* const kCircleText;                // of a mixdown that would never have ended
 
 // "vonta: SUBJECT: REASON" on the error output.
 void Complain(std::string_view subject, std::string_view reason);

@@ -106,7 +106,7 @@ void TellResult(const MixdownResult& result, const RenderRequest& request, std::
     const double elapsed = std::max(elapsedMs, 1u) / 1000.0;
     std::printf(": %s of sound, made in %.1f s, %.0f times faster than real time\n", ClockTextTenths(seconds).c_str(),
                 elapsed, seconds / elapsed);
-    if (result.end == MixdownEnd::JumpedBack) Complain(request.song, "the song runs in a circle; it was ended there");
+    if (result.end == MixdownEnd::JumpedBack) Complain(request.song, kCircleText);
     if (result.end == MixdownEnd::TimeLimit) Complain(request.song, "cut at the limit of --max-minutes");
 }
 

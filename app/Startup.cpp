@@ -93,6 +93,7 @@ int GMain::FirstInit() {
     if (options_.curtain) OpenCurtain();
     m_pSndPlayer->Stop(0, 1);
     InstallSong(m_pTracker->MakeFreshSong());
+    m_pTracker->MarkSaved();
     if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
     if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
     return 0;
@@ -172,7 +173,7 @@ bool GMain::OfferBackup() {
     return true;
 }
 
-void GMain::OnBackupWanted(ControlRecord&) { m_pInterface->DiskOp().LoadDropped(PutBackupAside()); }
+void GMain::OnBackupWanted(ControlRecord&) { m_pInterface->DiskOp().LoadBackup(PutBackupAside()); }
 
 void GMain::OnBackupDeclined(ControlRecord&) { PutBackupAside(); }
 

@@ -31,12 +31,14 @@ private:
 void TrackerInterface::Paint() {
     skin_.BuildPendingPiano();
     AnswerPending();
+    TellNextWaiting();
     keyboardOwned_ = false;                      // unless the game says so while it paints
     const Caret caret(editedText_, Now());
     regions_.Clear();
     PaintScreens();
     PaintText();
     if (IsBusy()) PaintBusy();
+    else if (!noticeText_.empty() && !state_.m_bDialogOpen) PaintNotice();
     if (state_.m_bDialogOpen) PaintQuestion();
     PaintOverlays();
 }
@@ -113,6 +115,17 @@ void TrackerInterface::PaintBusy() {
     if (!Lock()) return;
     fonts_.m_fontStd.Print(kTextX, kTextY, state_.m_bSaveRequested ? "Saving data..." : "Loading data...");
     fonts_.m_fontStd.PrintClipped(kTextX, kNameY, kNameLength, state_.m_szRequestedFile);
+    Unlock();
+}
+
+void TrackerInterface::PaintNotice() {
+    constexpr std::uint32_t kShown = 2000;       // milliseconds
+    if (Now() - noticeStart_ > kShown) return noticeText_.clear();
+    video_.BlitToBack(kNoticeLayout.x, kNoticeLayout.y, skin_.LoadSkinBitmap(kNoticeLayout.bitmap));
+    if (!Lock()) return;
+    const LayoutItem recess = MovedBy(ItemOf(kNoticeLayout, kNoticeText), kNoticeLayout.x, kNoticeLayout.y);
+    const Font& font = fonts_.m_fontStd;
+    font.Print(recess.x + (recess.width - font.WidthOf(noticeText_)) / 2, recess.y + 2, noticeText_);
     Unlock();
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <initializer_list>
 
@@ -60,6 +61,18 @@ void TrackerInterface::ToggleScreen(int slot) {
     const int group = GetScreen(slot).Group();
     HideGroup(group);
     ResetGroup(group);
+}
+
+// From what covers most to the lower half.
+bool TrackerInterface::CloseTopScreen() {
+    for (const int group : {kGroupWhole, kGroupTop, kGroupInfo, kGroupChannels, kGroupBottom})
+        for (const int slot : GroupAt(group).hides) {
+            const auto& kept = GroupAt(group).shows;
+            if (!IsVisible(slot) || std::find(kept.begin(), kept.end(), slot) != kept.end()) continue;
+            ToggleScreen(slot);
+            return true;
+        }
+    return false;
 }
 
 ListKind TrackerInterface::CurrentList() const {

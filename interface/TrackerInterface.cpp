@@ -1,6 +1,7 @@
 #include "interface/TrackerInterface.h"
 
 #include "interface/screens/DiskOpScreen.h"
+#include "interface/screens/QuestionScreen.h"
 #include "interface/screens/Screens.h"
 #include "platform/Clock.h"
 
@@ -26,5 +27,6 @@ void TrackerInterface::SetClock(std::function<std::uint32_t()> milliseconds) {
 TrackerInterface::~TrackerInterface() = default;
 
 DiskOpScreen& TrackerInterface::DiskOp() { return static_cast<DiskOpScreen&>(GetScreen(kScreenDiskOp)); }
+QuestionScreen& TrackerInterface::Question() { return static_cast<QuestionScreen&>(GetScreen(kScreenQuestion)); }
 
 }  // namespace vonta

@@ -8,9 +8,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "app/config/KeyTable.h"
 #include "interface/InterfaceHost.h"
@@ -25,10 +27,18 @@
 namespace vonta {
 
 class DiskOpScreen;
+class QuestionScreen;
 
-// What the question offers: Yes and No, five choices, or the options of a save.
-enum class DialogMode : int { YesNo = 1, Zap = 2, Save = 3 };
+// What the question offers: Yes and No, five choices, the options of a save, what to do with a changed song, or lines to
+// be read.
+enum class DialogMode : int { YesNo = 1, Zap = 2, Save = 3, Changed = 4, Report = 5 };
 constexpr int kZapChoices = 5;
+
+// An answer that is a button of the question and a key.
+struct QuestionAnswer {
+    const char* caption;
+    int key;
+};
 
 class TrackerInterface {
 public:
@@ -51,6 +61,7 @@ public:
     MouseRegions& Regions() { return regions_; }
     Screen& GetScreen(int slot) { return *m_screens[static_cast<std::size_t>(slot)]; }
     DiskOpScreen& DiskOp();
+    QuestionScreen& Question();
     void SetClock(std::function<std::uint32_t()> milliseconds);  // a test's own
     std::uint32_t Now() const { return clock_(); }               // milliseconds; wraps
 
@@ -73,6 +84,7 @@ public:
     void ShowOnly(int slot) { ShowScreen(slot); }   // like ToggleScreen, but never hides
     void HideGroup(int group);
     void ResetGroup(int group);
+    bool CloseTopScreen();                       // what lies over the default layout; false if nothing does
     bool IsVisible(int slot) const { return m_screens[static_cast<std::size_t>(slot)]->IsVisible(); }
     ListKind CurrentList() const;
 
@@ -84,7 +96,7 @@ public:
     void OnNote(int note, bool fromMidi, int velocity);          // velocity 0 to 255
     void OnNoteFromMidi(int note, bool pressed, int velocity);
     void ReleaseNote(int note);                  // 0 to 95, as played
-    void OnEscape();                             // ends text editing, or asks to quit
+    void OnEscape();                             // leaves the innermost: question, text, screen, program
     void ForgetKeys();                           // the window lost or gained the focus
     int ModifierMask() const;                    // of KeyModifierMask
     bool ShiftHeld() const { return m_bShift; }
@@ -98,24 +110,35 @@ public:
 
     // --- Question. Question.cpp
     void Ask(const std::string& text, ControlCallback onYes, ControlCallback onNo = {}, DialogMode mode = DialogMode::YesNo);
+    // Where Yes destroys what nothing brings back: Enter answers No.
+    void AskWithCare(const std::string& text, ControlCallback onYes, ControlCallback onNo = {});
+    // Goes on at once if the song is as it was saved. Else asks what to do with it: to save it and then go on, to go on
+    // without it, or to stay.
+    void IfSongMayGo(const std::string& question, ControlCallback goOn);
     void AskToQuit();                            // one question, however often it is asked
-    // A line of what happened, with one button: a failed load or save is told so.
-    void Tell(const std::string& text);
     void AskForZap();
+    // What happened, with one button; a text that is too long for it stands in a list. While a question is open, it
+    // waits for the answer.
+    void Tell(const std::string& text);
+    void TellReport(const std::string& heading, const std::vector<std::string>& lines);
+    void Notify(const std::string& text);        // a line that goes by itself and stands in nobody's way
     void CloseQuestion();                        // nothing else happens; nothing at all if none is open
     // Each closes the question first, so that its work may ask another.
     void AnswerYes();
     void AnswerNo();
-    void AnswerChoice(int choice);               // of the Zap, 0 to kZapChoices - 1
-    bool IsTelling() const { return tellOnly_; } // there is nothing to choose: one button
+    void AnswerChoice(int choice);               // of the Zap, 0 to kZapChoices - 1; of a changed song as Answers
+    void Answer(int index);
+    std::span<const QuestionAnswer> Answers() const;   // none of those that have a screen of their own
+    int DefaultAnswer() const { return defaultAnswer_; }   // the one that Enter gives
     DialogMode Mode() const { return m_nDialogMode; }
     const std::string& QuestionText() const { return m_szDialogText; }
 
     // --- Text editing. TextEdit.cpp
-    void StartTextEdit(std::string& text);
+    void StartTextEdit(std::string& text, bool selected = false);   // selected: what is typed takes its place
     void EndTextEdit() { m_bEndTextEdit = true; }
     void StopTextEdit();                         // at once: the text's owner is going
     bool IsEditingText() const { return editedText_ != nullptr; }
+    bool IsTextSelected() const { return textSelected_; }
     void OnCharacter(std::string_view utf8);     // as typed; "\b", "\r" and "\x1b" do what their keys do
     void OnBackspace();
 
@@ -131,6 +154,7 @@ private:
     void PaintText();
     void PaintQuestion();
     void PaintBusy();
+    void PaintNotice();
     void PaintOverlays();
     bool Lock();
     void Unlock();
@@ -142,8 +166,13 @@ private:
     void UpdateModifiers(int key, bool pressed);
     void OnRelease(int key);
     void Arm(int key, int action);
+    bool QuestionTakes(int key) const;
     void AnswerKey(int key);
+    void KeepNameEdited();
+    void TellNextWaiting();
+    void OnChangedAnswer(ControlRecord& record);
     void OnZap(ControlRecord& record);
+    void Zap(ControlRecord& record);
     void OnQuit(ControlRecord& record);
 
     InterfaceHost& host_;
@@ -165,13 +194,25 @@ private:
     std::array<std::int8_t, kPianoKeys> heldNotes_;              // by key of the piano rows; -1 none
     bool m_bEndTextEdit = false;
     std::string* editedText_ = nullptr;
+    bool textSelected_ = false;
     bool keyboardOwned_ = false;
+    bool keysAnswered_ = false;                  // the keys of this poll belong to a question
     bool lastLeft_ = false, lastRight_ = false;
 
     DialogMode m_nDialogMode = DialogMode::YesNo;
     ControlCallback m_pfnYes, m_pfnNo, m_pfnChoice;
     std::string m_szDialogText;
+    int defaultAnswer_ = 0;
     bool tellOnly_ = false, quitAsked_ = false;
+    ControlCallback goOn_;                       // once the changed song is settled
+    int zapChoice_ = 0;
+    struct Message {
+        std::string heading;
+        std::vector<std::string> lines;          // none: a text that the question has room for
+    };
+    std::vector<Message> waiting_;               // to be told, the oldest first
+    std::string noticeText_;
+    std::uint32_t noticeStart_ = 0;              // milliseconds
 
     int loadingLeft_ = Video::kNoSlot, loadingRight_ = Video::kNoSlot, progressUnit_ = Video::kNoSlot;
     int mousePicture_ = Video::kNoSlot, visualSurface_ = Video::kNoSlot, gameSurface_ = Video::kNoSlot;

@@ -38,9 +38,9 @@ bool TrackerInterface::MatchAction(int key, int action, bool checkModifiers) con
 // stays behind.
 void TrackerInterface::OnKey(int key, bool pressed, bool fromDevice) {
     if (!pressed) return OnRelease(key);
-    const bool elsewhere = IsEditingText() || state_.m_bDialogOpen || keyboardOwned_;
+    const bool elsewhere = IsEditingText() || state_.m_bDialogOpen || keysAnswered_ || keyboardOwned_;
     if (elsewhere) {
-        if (state_.m_bDialogOpen && !IsEditingText() && fromDevice) AnswerKey(key);
+        if (fromDevice && QuestionTakes(key)) AnswerKey(key);
         return UpdateModifiers(key, true);
     }
 
@@ -103,9 +103,9 @@ void TrackerInterface::KeyRepeatTick() {
 }
 
 void TrackerInterface::OnEscape() {
-    if (IsEditingText()) EndTextEdit();
-    else if (state_.m_bDialogOpen) AnswerNo();
-    else AskToQuit();
+    if (state_.m_bDialogOpen) AnswerNo();
+    else if (IsEditingText()) EndTextEdit();
+    else if (!CloseTopScreen()) AskToQuit();
 }
 
 void TrackerInterface::ForgetKeys() {

@@ -42,21 +42,25 @@ void TrackerInterface::PollInput() {
     if (m_bEndTextEdit) StopTextEdit();
 }
 
+// What was pressed while a question stood on the screen was meant for it, even behind the key that answered it.
 void TrackerInterface::PollKeys() {
     input_.Poll();
+    keysAnswered_ = state_.m_bDialogOpen;
     for (int i = 0; i < input_.EventCount(); ++i) {
         int key = kNoKey;
         bool pressed = false;
         input_.GetEvent(i, key, pressed);
         OnKey(key, pressed, true);
     }
+    keysAnswered_ = false;
 }
 
 void TrackerInterface::PollWheel() {
     wheelRest_ += input_.GetMouseWheel();
     const int notches = static_cast<int>(std::clamp(wheelRest_, -100.0f, 100.0f));
     wheelRest_ = std::clamp(wheelRest_, -100.0f, 100.0f) - static_cast<float>(notches);
-    if (notches == 0 || state_.m_bDialogOpen) return;
+    if (notches == 0) return;
+    if (state_.m_bDialogOpen) return void(GetScreen(kScreenQuestion).OnWheel(notches));
 
     switch (SettingsOf(state_.Settings()).wheel[WheelModifierOf(ModifierMask())]) {
     case kWheelNothing: break;
@@ -82,7 +86,8 @@ void TrackerInterface::PollMidi() {
     std::uint32_t message = 0;
     for (int i = 0; driver && i < kMaxMidiMessages && driver->Read(&message); ++i) {
         const NoteMessage note = DecodeNote(message);
-        if (note.kind != NoteMessage::Kind::Other)
+        const bool asked = state_.m_bDialogOpen && note.kind == NoteMessage::Kind::On;   // nothing is written meanwhile
+        if (note.kind != NoteMessage::Kind::Other && !asked)
             OnNoteFromMidi(note.note, note.kind == NoteMessage::Kind::On, note.velocity);
     }
 }
@@ -100,6 +105,7 @@ void TrackerInterface::PollMouse() {
     lastRight_ = mouse.right;
     if (mouse.leftEdge || mouse.rightEdge) StopTextEdit();
     regions_.Update(mouse, repeat.delay);
+    KeepNameEdited();
 }
 
 }  // namespace vonta

@@ -40,6 +40,8 @@ constexpr std::array kLayouts = {
     &kGameLayout,
     &kMixerLayout,
     &kZapLayout,
+    &kReportLayout,
+    &kNoticeLayout,
     &kLoadingLayout,
     &kTrackEditorLayout,
     &kPatternScrollLayout,

@@ -12,6 +12,7 @@ inline constexpr LayoutItem kDialogItems[] = {
     ButtonAt(Look::Button, kDialogYes, 48, 61, 7),
     ButtonAt(Look::Button, kDialogNo, 145, 61, 7),
 };
+constexpr int kDialogColumns = 29, kDialogLines = 3;   // of its text
 inline constexpr ScreenLayout kDialogLayout = {"Dialog", 25, 26, 280, 200, 240, 96, kDialogItems, true};
 
 enum ZapControl : int { kZapSong, kZapPatterns, kZapInstruments, kZapEffects, kZapCancel };
@@ -28,14 +29,15 @@ inline constexpr LayoutItem kZapItems[] = {
 inline constexpr ScreenLayout kZapLayout = {"Zap", 48, 49, 280, 200, 268, 104, kZapItems, true};
 
 enum SaveControl : int {
-    kSaveName, kSaveNative, kSaveWav, kSaveXm, kSaveMod, kSaveOther, kSaveLossless, kSaveVorbis,
+    kSaveName, kSaveSuffix, kSaveNative, kSaveWav, kSaveXm, kSaveMod, kSaveOther, kSaveLossless, kSaveVorbis,
     kSaveBits8, kSaveBits16, kSaveBits24, kSaveBits32, kSaveRateDown, kSaveRateUp, kSaveRate, kSaveByParts,
     kSaveGo, kSaveCancel,
 };
 
 inline constexpr LayoutItem kSaveItems[] = {
     LabelAt(9, 3, "Save song as"),
-    FieldAt(kSaveName, 100, 3, 24, Look::TextField),
+    FieldAt(kSaveName, 100, 3, 25, Look::TextField),       // one more than a name has: for the caret
+    FieldAt(kSaveSuffix, 316, 3, 4),
 
     ButtonAt(Look::SmallButton, kSaveNative, 5, 20, 5, "VTM"),
     LabelAt(61, 20, "Vonta song"),
@@ -71,6 +73,26 @@ inline constexpr LayoutItem kSaveItems[] = {
     ButtonAt(Look::SmallButton, kSaveCancel, 395, 227, 10, "Cancel"),
 };
 inline constexpr ScreenLayout kSaveLayout = {"Save", 64, 65, 150, 150, 520, 256, kSaveItems, true};
+
+enum ReportControl : int { kReportHeading, kReportText, kReportUp, kReportScroll, kReportDown, kReportOk };
+
+inline constexpr LayoutItem kReportItems[] = {
+    TitleAt(12, 6, "Report"),
+    FieldAt(kReportHeading, 12, 26, 62),
+    {Look::List, kReportText, 8, 48, 480, 172},
+    ButtonAt(Look::SmallButton, kReportUp, 495, 48, 1, "^"),
+    {Look::VSlider, kReportScroll, 495, 66, 16, 136},
+    ButtonAt(Look::SmallButton, kReportDown, 495, 204, 1, "v"),
+    ButtonAt(Look::Button, kReportOk, 227, 228, 7, "OK"),
+};
+inline constexpr ScreenLayout kReportLayout = {"Report", 389, 390, 140, 150, 520, 256, kReportItems, true};
+
+enum NoticeControl : int { kNoticeText };
+
+inline constexpr LayoutItem kNoticeItems[] = {
+    {Look::View, kNoticeText, 4, 6, 312, 20},
+};
+inline constexpr ScreenLayout kNoticeLayout = {"Notice", 391, 0, 240, 284, 320, 32, kNoticeItems, true};
 
 enum LoadingControl : int { kLoadingText };
 

@@ -72,12 +72,14 @@ bool FindKind(std::string_view fileName, FileKind& kind) {
 
 bool DiskList::Read(const std::string& directory, FileKind kind, bool showAll) {
     rows_.clear();
+    isCut_ = false;
     std::error_code failed;
     fs::directory_iterator entry(directory, fs::directory_options::skip_permission_denied, failed);
     if (failed) return false;
     if (kind != FileKind::Skin) rows_.push_back({"..", 0, true});
-    std::size_t examined = 0;
-    while (entry != fs::directory_iterator() && rows_.size() < kMaxRows && ++examined <= kMaxExamined) {
+    for (std::size_t examined = 0; entry != fs::directory_iterator(); ++examined) {
+        isCut_ = examined == kMaxExamined;
+        if (isCut_) break;
         std::error_code ignored;
         const fs::file_status status = entry->status(ignored);   // does not open what it looks at
         FileEntry row{entry->path().filename().string(), 0, fs::is_directory(status)};

@@ -31,19 +31,20 @@ struct FileEntry {
 
 class DiskList {
 public:
-    static constexpr std::size_t kMaxRows = 20000;       // what a directory holds beyond them is not shown
-    static constexpr std::size_t kMaxExamined = 200000;
+    static constexpr std::size_t kMaxExamined = 200000;  // entries; what a directory holds beyond them is not shown
 
     // Directories first, then files, each sorted by name. Files are plain ones: pipes and devices, which may never
     // answer, are left out, and so is what begins with a point unless all is shown. False if the directory cannot be
     // read; the list is empty then.
     bool Read(const std::string& directory, FileKind kind, bool showAll);
 
+    bool IsCut() const { return isCut_; }        // there is more than was looked at
     int Count() const { return static_cast<int>(rows_.size()); }
     const FileEntry& At(int row) const { return rows_[static_cast<std::size_t>(row)]; }
 
 private:
     std::vector<FileEntry> rows_;
+    bool isCut_ = false;
 };
 
 // Where each kind was last looked for. Kinds keep their own directory while the program runs.

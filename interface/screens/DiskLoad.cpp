@@ -1,6 +1,7 @@
 // Loading: the work between two frames. What was read waits in the requests of the state, and the old song plays on
 // until they are applied.
 #include <filesystem>
+#include <utility>
 
 #include "formats/Loaders.h"
 #include "interface/TrackerInterface.h"
@@ -11,16 +12,32 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* kNewerPartsLine = "It holds parts of a newer format, which are left out.";
+constexpr std::size_t kNameInQuestion = 20;      // characters, so that the question has room around it
+
 std::string NameOf(const std::string& path) { return fs::path(path).filename().string(); }
 
 std::string ReasonOf(const LoadReport& report) { return report.error.empty() ? "its format is not known" : report.error; }
+
+std::string FullPath(const std::string& path) {
+    std::error_code failed;
+    const fs::path full = fs::absolute(path, failed);
+    return failed ? path : full.lexically_normal().string();
+}
 
 }  // namespace
 
 void DiskOpScreen::RequestLoad(FileKind kind, const std::string& path) {
     m_nLoadKind = kind;
     m_szChosenFile = path;
-    State().m_szRequestedFile = NameOf(path);
+    isBackup_ = false;
+    ControlRecord record;
+    if (kind != FileKind::Song) return OnLoadMayGo(record);
+    Ui().IfSongMayGo("Load " + ShortName(NameOf(path), kNameInQuestion) + "??", Bind<&DiskOpScreen::OnLoadMayGo>(this));
+}
+
+void DiskOpScreen::OnLoadMayGo(ControlRecord&) {
+    State().m_szRequestedFile = NameOf(m_szChosenFile);
     State().m_bLoadRequested = true;
 }
 
@@ -28,6 +45,11 @@ void DiskOpScreen::LoadDropped(const std::string& path) {
     FileKind kind = FileKind::Song;
     if (FindKind(NameOf(path), kind)) RequestLoad(kind, path);
     else Ui().Tell(ShortName(NameOf(path)) + " was not loaded: its name tells no format that is known");
+}
+
+void DiskOpScreen::LoadBackup(const std::string& path) {
+    RequestLoad(FileKind::Song, path);
+    isBackup_ = true;
 }
 
 void DiskOpScreen::LoadNow() {
@@ -39,15 +61,26 @@ void DiskOpScreen::LoadNow() {
     if (!error.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " was not loaded: " + error);
 }
 
+void DiskOpScreen::TellLoaded(const LoadReport& report) {
+    if (!report.lines.empty()) Ui().TellReport(State().m_szRequestedFile + " was loaded, but:", report.lines);
+}
+
+// What is not in the song any more would be lost for good if it were saved over its file without a thought.
 std::string DiskOpScreen::ReadSong() {
     LoadReport report;
     bool unknownChunks = false;
     auto song = LoadModule(m_szChosenFile, unknownChunks, report);
     if (!song) return ReasonOf(report);
+    if (unknownChunks && !report.lines.empty()) report.lines.push_back(kNewerPartsLine);
     auto& request = State().requests.song;
+    request.fileName = isBackup_ ? song->fileName : FullPath(m_szChosenFile);
+    request.offeredName = request.fileName.empty() ? "" : SongFileName(NameOf(request.fileName), SaveFormat::Native);
     request.object = std::move(song);
-    request.fileName = State().m_szRequestedFile;
-    request.unknownChunks = unknownChunks;
+    request.unknownChunks = unknownChunks && report.lines.empty();
+    request.changed = isBackup_ || unknownChunks || !report.lines.empty();
+    isWhole_ = !request.changed;
+    choice_.m_nSaveFormat = SaveFormat::Native;
+    TellLoaded(report);
     return {};
 }
 
@@ -59,6 +92,7 @@ std::string DiskOpScreen::ReadInstrument() {
     request.slot = State().pending.m_nSelected[kListInstruments] - 1;
     request.object = std::move(instrument);
     request.fileName = State().m_szRequestedFile;
+    TellLoaded(report);
     return {};
 }
 
@@ -72,6 +106,7 @@ std::string DiskOpScreen::ReadSample() {
     request.sample = State().pending.m_nSample;
     request.object = std::move(sample);
     request.fileName = State().m_szRequestedFile;
+    TellLoaded(report);
     return {};
 }
 

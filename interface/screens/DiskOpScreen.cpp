@@ -7,6 +7,8 @@
 
 #include "interface/layout/DiskOpLayout.h"
 #include "interface/TrackerInterface.h"
+#include "interface/screens/ScrolledText.h"
+#include "interface/video/Latin1.h"
 #include "interface/widgets/Formatted.h"
 
 namespace vonta {
@@ -34,9 +36,12 @@ constexpr int kFirstRowY = 6, kLastRowY = 243;   // of the list's rows
 constexpr int kMarkY = 7;
 constexpr int kNameX = 211, kSizeX = 411;
 constexpr int kNameCharacters = 24;
-constexpr int kWheelRows = 3;                    // of one notch
+constexpr std::size_t kNameInQuestion = 54;      // characters
+constexpr int kFullNameLines = 8;                // of the name under the mouse, at most
 
 const LayoutItem& Item(int id) { return ItemOf(kDiskOpLayout, id); }
+
+std::string ShownName(const FileEntry& entry) { return entry.isDirectory ? "\\" + entry.name : entry.name; }
 
 std::string CurrentDirectory() {
     std::error_code failed;
@@ -69,17 +74,27 @@ void DiskOpScreen::Init() {
     directories_.Keep(FileKind::Skin, Ui().Host().GetStartDir() + "/Skins");
 }
 
+void DiskOpScreen::OnShown() {
+    m_bDirty = true;
+    MatchLowerScreen();
+}
+
 void DiskOpScreen::ReadList() {
     m_bDirty = false;
     m_nListScroll = 0;
     pressedRow_ = markedRow_ = -1;
     m_szListDir = directories_.Of(m_nFileKind);
-    if (list_.Read(m_szListDir, m_nFileKind, m_bShowAll) || m_nFileKind == FileKind::Skin) return;
+    if (list_.Read(m_szListDir, m_nFileKind, m_bShowAll) || m_nFileKind == FileKind::Skin) return TellCut();
     if (!State().m_bDialogOpen) Ui().Tell(m_szListDir + " cannot be read");   // an earlier message stays
     const std::string parent = fs::path(m_szListDir).parent_path().string();
     m_szListDir = IsWithin(parent, root_) && list_.Read(parent, m_nFileKind, m_bShowAll) ? parent : root_;
     if (m_szListDir == root_) list_.Read(root_, m_nFileKind, m_bShowAll);
     directories_.Keep(m_nFileKind, m_szListDir);
+}
+
+void DiskOpScreen::TellCut() {
+    if (list_.IsCut() && !State().m_bDialogOpen)
+        Ui().Tell(Formatted("This directory holds more than %zu entries. Not all of them are listed.", DiskList::kMaxExamined));
 }
 
 void DiskOpScreen::PaintBackground() {
@@ -98,8 +113,11 @@ void DiskOpScreen::PaintControls() {
 }
 
 void DiskOpScreen::PaintList() {
+    const FullName name = NameUnderMouse();
     const int end = std::min(list_.Count(), m_nListScroll + kDiskRows);
-    for (int row = m_nListScroll; row < end; ++row) PaintRow(row, kFirstRowY + (row - m_nListScroll) * kDiskRowHeight);
+    for (int row = m_nListScroll; row < end; ++row)
+        if (!name.Covers(row - m_nListScroll)) PaintRow(row, kFirstRowY + (row - m_nListScroll) * kDiskRowHeight);
+    PaintFullName(name);
 
     const LayoutItem& recess = Item(kDiskList);
     ControlRecord record;
@@ -115,10 +133,38 @@ void DiskOpScreen::PaintList() {
 void DiskOpScreen::PaintRow(int row, int y) {
     const FileEntry& entry = list_.At(row);
     if (row == pressedRow_ || row == markedRow_) PaintMark(row - m_nListScroll);
-    const std::string name = entry.isDirectory ? "\\" + entry.name : entry.name;
-    Text().m_fontStd.PrintClipped(kNameX, y, kNameCharacters, name);
+    Text().m_fontStd.Print(kNameX, y, ShortName(ShownName(entry)));
     Text().m_fontStd.Print(kSizeX, y, entry.isDirectory ? "     <DIR>"
                                           : Formatted("%10llu", static_cast<unsigned long long>(entry.size)));
+}
+
+// Nothing for a name that its row shows whole.
+DiskOpScreen::FullName DiskOpScreen::NameUnderMouse() const {
+    const LayoutItem& recess = Item(kDiskList);
+    const int x = Ui().Keys().MouseX() - recess.x, y = Ui().Keys().MouseY() - recess.y;
+    if (x < 0 || x >= recess.width || y < 0 || y >= recess.height || Regions().IsHolding() || State().m_bDialogOpen) return {};
+    const int row = RowAt(y);
+    const std::string name = row < 0 ? std::string() : ShownName(list_.At(row));
+    if (CountCharacters(name) <= kNameCharacters) return {};
+    FullName full;
+    full.lines = BreakLines(name, (recess.x + recess.width - kNameX) / Text().m_fontStd.Advance());
+    if (full.lines.size() > kFullNameLines) full.lines.resize(kFullNameLines);
+    full.first = std::min(row - m_nListScroll, kDiskRows - static_cast<int>(full.lines.size()));
+    return full;
+}
+
+// In the place of its row and, as far as it is longer, of those below; at the list's end of those above.
+void DiskOpScreen::PaintFullName(const FullName& name) {
+    if (name.lines.empty()) return;
+    const LayoutItem& recess = Item(kDiskList);
+    const int y = kMarkY + name.first * kDiskRowHeight, height = static_cast<int>(name.lines.size()) * kDiskRowHeight;
+    if (Regions().IsBlitMode()) {
+        const std::uint32_t colour = Pictures().Colours().m_colSelection;
+        Surfaces().FillBack({recess.x + 1, y - 1, recess.width - 2, height + 1}, Surfaces().Dimmed(colour, 8));
+        Surfaces().FillBack({recess.x + 2, y, recess.width - 4, height - 1}, Surfaces().Dimmed(colour, 3));
+    }
+    for (std::size_t line = 0; line < name.lines.size(); ++line)
+        Text().m_fontStd.Print(kNameX, y - 1 + static_cast<int>(line) * kDiskRowHeight, name.lines[line]);
 }
 
 void DiskOpScreen::PaintMark(int visibleRow) {
@@ -155,7 +201,7 @@ void DiskOpScreen::Scroll(int rows) {
 }
 
 bool DiskOpScreen::OnWheel(int notches) {
-    Scroll(-kWheelRows * std::clamp(notches, -100, 100));
+    Scroll(-std::clamp(notches, -100, 100));
     return true;
 }
 
@@ -169,8 +215,10 @@ std::optional<ListKind> DiskOpScreen::List() const {
     }
 }
 
-int DiskOpScreen::RowAt(const ControlRecord& record) const {
-    const int visible = (record.y + Item(kDiskList).y - kMarkY) / kDiskRowHeight;
+int DiskOpScreen::RowAt(const ControlRecord& record) const { return RowAt(record.y); }
+
+int DiskOpScreen::RowAt(int y) const {
+    const int visible = (y + Item(kDiskList).y - kMarkY) / kDiskRowHeight;
     const int row = m_nListScroll + std::clamp(visible, 0, kDiskRows - 1);
     return row < list_.Count() ? row : -1;
 }
@@ -246,13 +294,6 @@ void DiskOpScreen::MatchLowerScreen() {
     else if (m_nFileKind == FileKind::Effect && Ui().IsVisible(kScreenSynth)) Ui().ShowScreen(kScreenMultiFx);
 }
 
-void DiskOpScreen::Toggle() {
-    Ui().ToggleScreen(kScreenDiskOp);
-    if (!IsVisible()) return;
-    m_bDirty = true;                             // files come and go meanwhile
-    MatchLowerScreen();
-}
-
 void DiskOpScreen::ShowKind(FileKind kind) {
     SetKind(kind);
     Ui().ShowOnly(kScreenDiskOp);
@@ -262,7 +303,7 @@ void DiskOpScreen::OnKind(ControlRecord& record) {
     SetKind(static_cast<FileKind>(std::clamp(record.param, 0, kFileKinds - 1)));
 }
 
-void DiskOpScreen::OnExit(ControlRecord&) { Toggle(); }
+void DiskOpScreen::OnExit(ControlRecord&) { Ui().ToggleScreen(kScreenDiskOp); }
 
 void DiskOpScreen::OnLoad(ControlRecord&) {
     if (markedRow_ >= 0) RequestLoad(m_nFileKind, PathOf(list_.At(markedRow_).name));
@@ -270,7 +311,7 @@ void DiskOpScreen::OnLoad(ControlRecord&) {
 }
 
 void DiskOpScreen::OnDelete(ControlRecord&) {
-    if (markedRow_ >= 0) Ui().Ask("Delete file?? " + ShortName(list_.At(markedRow_).name), Bind<&DiskOpScreen::OnDeleteAnswer>(this));
+    if (markedRow_ >= 0) Ui().AskWithCare("Delete file??\n" + ShortName(list_.At(markedRow_).name, kNameInQuestion), Bind<&DiskOpScreen::OnDeleteAnswer>(this));
     else Ui().Tell("Mark the file with the right button first.");
 }
 

@@ -4,12 +4,15 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "interface/screens/DiskList.h"
 #include "interface/screens/SaveNames.h"
 #include "interface/screens/Screen.h"
 
 namespace vonta {
+
+struct LoadReport;
 
 enum class SaveKind : int { None = 0, Song, Instrument, Sample };
 
@@ -19,10 +22,10 @@ public:
     void Init() override;
     void PaintBackground() override;
     void PaintControls() override;
+    void OnShown() override;                             // files come and go meanwhile
     bool OnWheel(int notches) override;
     std::optional<ListKind> List() const override;       // what is loaded goes into it
 
-    void Toggle();                               // what the option panel's and its own button do
     void ShowKind(FileKind kind);                // and the screen, if it is hidden
     void GoTo(const std::string& directory);     // of the kind on show; the root if it lies outside
     void SetRoot(const std::string& directory);  // what "/" stands for: the user does not get above it
@@ -30,15 +33,20 @@ public:
     const std::string& Directory() const { return m_szListDir; }
     const DiskList& Rows() const { return list_; }
 
-    // Between two frames, when m_bSaveRequested or m_bLoadRequested of the state is set; the caller clears them.
-    void SaveNow();
-    void LoadNow();
+    // Between two frames: the save or the load that the last one has told of.
+    void WorkNow();
     void LoadDropped(const std::string& path);   // asks for it, by the name's suffix
+    // A backup comes back as a song that is not saved, whose own file, if it has one, is not the backup.
+    void LoadBackup(const std::string& path);
 
     // --- Saving: a name, a question if a file has it, a request. DiskSave.cpp
-    void SaveSong();
+    void AskForSong();                           // the save question
+    void SaveSong();                             // under the name in the field, in the format of the choice
+    void SavePresent();                          // over the song's own file; asks for a name if it has none
+    void SaveAndGoOn(ControlCallback goOn);      // the same; goOn is called when the song is safe
     void SaveInstrument();
     void SaveSample();
+    std::string SongLabel() const;               // the present song, as a question names it in few letters
 
     // What the save question offers.
     struct SaveChoice {
@@ -70,10 +78,22 @@ private:
     void SetKind(FileKind kind);
     void MatchLowerScreen();
     void ReadList();
+    void TellCut();
     void Scroll(int rows);
     int RowAt(const ControlRecord& record) const;        // of the list; -1 past its end
+    int RowAt(int y) const;                      // pixels below the list's upper edge
     void PaintList();
     void PaintRow(int row, int y);
+    // A name that is longer than its row, over rows of the list that count from the first on show.
+    struct FullName {
+        std::vector<std::string> lines;
+        int first = 0;
+        bool Covers(int visibleRow) const {
+            return visibleRow >= first && visibleRow < first + static_cast<int>(lines.size());
+        }
+    };
+    FullName NameUnderMouse() const;
+    void PaintFullName(const FullName& name);
     void PaintMark(int visibleRow);
     void PaintName();
     std::string* NameField();                    // of this kind; null if it has none
@@ -85,18 +105,32 @@ private:
     void OnName(ControlRecord& record);
     void OnDeleteAnswer(ControlRecord& record);
 
-    // DiskSave.cpp
+    // DiskSave.cpp. What came of a save: done, and what could not be kept; or the reason why not, empty if the user
+    // stopped it.
+    struct Outcome {
+        bool done = false;
+        std::string error;
+        std::vector<std::string> lost;
+    };
+    void BeginSong(ControlCallback goOn);
+    bool HasOwnFile() const;
     void RequestSave(SaveKind kind, FileKind directory, const std::string& name, const std::string& written);
     void OnSaveChosen(ControlRecord& record);
+    void OnSaveDeclined(ControlRecord& record);
     void OnOverwrite(ControlRecord& record);
-    std::string WriteSong();                     // each gives the reason if it could not be done
-    std::string MixDown();
-    std::string WriteInstrument();
-    std::string WriteSample();
+    void SaveNow();
+    void TellOutcome(const Outcome& outcome);
+    Outcome WriteSong();
+    Outcome MixDown();
+    Outcome WriteInstrument();
+    Outcome WriteSample();
 
     // DiskLoad.cpp
     void RequestLoad(FileKind kind, const std::string& path);
-    std::string ReadSong();
+    void OnLoadMayGo(ControlRecord& record);
+    void LoadNow();
+    void TellLoaded(const LoadReport& report);
+    std::string ReadSong();                      // each gives the reason if it could not be done
     std::string ReadInstrument();
     std::string ReadSample();
     std::string ReadPlugin();
@@ -115,9 +149,14 @@ private:
 
     SaveKind m_nSaveKind = SaveKind::None;
     SaveChoice choice_;
+    SaveFormat savedFormat_ = SaveFormat::Native;    // of the save that is asked for
+    std::string nameBefore_;                     // what the song's field held when the save question opened
+    ControlCallback goOn_;                       // after the save that is asked for
+    bool isWhole_ = true;                        // the song's file holds nothing that was dropped or repaired on load
     std::string m_szSaveFile;                    // path to be written
     FileKind m_nLoadKind = FileKind::Song;
     std::string m_szChosenFile;                  // path to be loaded
+    bool isBackup_ = false;
 };
 
 }  // namespace vonta

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <iterator>
 #include <system_error>
+#include <utility>
 
 #include "engine/SndPlayer.h"
 #include "formats/Loaders.h"
@@ -17,6 +18,10 @@ namespace fs = std::filesystem;
 
 constexpr const char* kOverwriteText = "Overwrite file??";
 constexpr const char* kNothingToSave = "there is nothing to save";
+constexpr const char* kUnwritable = "it cannot be written";
+constexpr std::size_t kAllLines = 1000;           // the report of a save scrolls
+// Characters of a name: what a question has room for.
+constexpr std::size_t kNameInChanged = 17, kNameInOverwrite = 54;
 
 constexpr SaveMode kModes[] = {SaveMode::Module, SaveMode::Xm, SaveMode::Mod, SaveMode::Nothing, SaveMode::Mixdown};
 constexpr int kRates[] = {8000, 11025, 22050, 44100, 48000, 96000, 192000};   // Hz
@@ -35,21 +40,62 @@ void DiskOpScreen::SaveChoice::StepRate(int by) {
 
 void DiskOpScreen::OnSave(ControlRecord&) {
     switch (m_nFileKind) {
-    case FileKind::Song: Ui().Ask({}, Bind<&DiskOpScreen::OnSaveChosen>(this), {}, DialogMode::Save); break;
+    case FileKind::Song: AskForSong(); break;
     case FileKind::Instrument: SaveInstrument(); break;
     case FileKind::Sample: SaveSample(); break;
     default: break;
     }
 }
 
+std::string DiskOpScreen::SongLabel() const {
+    const std::string name = fs::path(CurrentSong().fileName).filename().string();
+    return name.empty() ? "The new song" : ShortName(name, kNameInChanged);
+}
+
+void DiskOpScreen::AskForSong() { BeginSong({}); }
+
+void DiskOpScreen::BeginSong(ControlCallback goOn) {
+    std::string& name = State().m_szSongName;
+    nameBefore_ = name;
+    FillIfEmpty(name, kDefaultSongName);
+    name = WithoutSuffix(name, FileKind::Song);
+    Ui().Ask({}, Bind<&DiskOpScreen::OnSaveChosen>(this), Bind<&DiskOpScreen::OnSaveDeclined>(this), DialogMode::Save);
+    Ui().StartTextEdit(name, true);
+    goOn_ = goOn;
+}
+
+void DiskOpScreen::OnSaveDeclined(ControlRecord&) { State().m_szSongName = nameBefore_; }
+
 void DiskOpScreen::OnSaveChosen(ControlRecord&) { SaveSong(); }
+
+// A file that was loaded with losses is not the song's own any more: the user says where it goes.
+bool DiskOpScreen::HasOwnFile() const {
+    const std::string& path = CurrentSong().fileName;
+    return isWhole_ && fs::path(path).is_absolute() && path.ends_with(SuffixOf(SaveFormat::Native));
+}
+
+void DiskOpScreen::SavePresent() { SaveAndGoOn({}); }
+
+void DiskOpScreen::SaveAndGoOn(ControlCallback goOn) {
+    if (!HasOwnFile()) {
+        choice_.m_nSaveFormat = SaveFormat::Native;
+        return BeginSong(goOn);
+    }
+    goOn_ = goOn;
+    m_nSaveKind = SaveKind::Song;
+    savedFormat_ = SaveFormat::Native;
+    m_szSaveFile = CurrentSong().fileName;
+    State().m_szRequestedFile = fs::path(m_szSaveFile).filename().string();
+    State().m_bSaveRequested = true;
+}
 
 void DiskOpScreen::SaveSong() {
     FillIfEmpty(State().m_szSongName, kDefaultSongName);
-    const std::string name = SongFileName(State().m_szSongName, choice_.m_nSaveFormat);
-    const bool mixdown = choice_.m_nSaveFormat == SaveFormat::Wav;
-    if (!mixdown) State().m_szSongName = name;
-    RequestSave(SaveKind::Song, FileKind::Song, name, mixdown ? name + ".wav" : name);
+    savedFormat_ = choice_.m_nSaveFormat;
+    const std::string name = SongFileName(State().m_szSongName, savedFormat_);
+    const bool mixdown = savedFormat_ == SaveFormat::Wav;
+    State().m_szSongName = mixdown ? nameBefore_ : name;
+    RequestSave(SaveKind::Song, FileKind::Song, name, mixdown ? name + SuffixOf(SaveFormat::Wav) : name);
 }
 
 void DiskOpScreen::SaveInstrument() {
@@ -71,61 +117,87 @@ void DiskOpScreen::RequestSave(SaveKind kind, FileKind directory, const std::str
     State().m_szRequestedFile = written;
     std::error_code failed;
     if (fs::exists(directories_.Of(directory) + "/" + written, failed))
-        Ui().Ask(kOverwriteText, Bind<&DiskOpScreen::OnOverwrite>(this));
+        Ui().AskWithCare(kOverwriteText + ("\n" + ShortName(written, kNameInOverwrite)), Bind<&DiskOpScreen::OnOverwrite>(this));
     else
         State().m_bSaveRequested = true;
 }
 
 void DiskOpScreen::OnOverwrite(ControlRecord&) { State().m_bSaveRequested = true; }
 
-void DiskOpScreen::SaveNow() {
-    std::string error;
-    switch (m_nSaveKind) {
-    case SaveKind::None: return;
-    case SaveKind::Song: error = choice_.m_nSaveFormat == SaveFormat::Wav ? MixDown() : WriteSong(); break;
-    case SaveKind::Instrument: error = WriteInstrument(); break;
-    case SaveKind::Sample: error = WriteSample(); break;
-    }
-    m_nSaveKind = SaveKind::None;
-    m_bDirty = true;
-    if (!error.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " was not saved: " + error);
+void DiskOpScreen::WorkNow() {
+    const bool saves = State().m_bSaveRequested, loads = State().m_bLoadRequested;
+    if (saves) SaveNow();
+    else if (loads) LoadNow();
+    State().m_bSaveRequested = State().m_bLoadRequested = false;
+    // What could not be kept is read first.
+    if (ControlRecord record; saves && !State().m_bDialogOpen && !State().IsChanged()) std::exchange(goOn_, {})(record);
 }
 
-// The song stands still while it is written.
-std::string DiskOpScreen::WriteSong() {
+void DiskOpScreen::SaveNow() {
+    using Write = Outcome (DiskOpScreen::*)();
+    const Write song = savedFormat_ == SaveFormat::Wav ? &DiskOpScreen::MixDown : &DiskOpScreen::WriteSong;
+    const Write kWriters[] = {nullptr, song, &DiskOpScreen::WriteInstrument, &DiskOpScreen::WriteSample};
+    const Write write = kWriters[static_cast<int>(std::exchange(m_nSaveKind, SaveKind::None))];
+    m_bDirty = true;
+    if (write) TellOutcome((this->*write)());
+}
+
+void DiskOpScreen::TellOutcome(const Outcome& outcome) {
+    const std::string& name = State().m_szRequestedFile;
+    if (outcome.done && outcome.lost.empty()) Ui().Notify(ShortName(name) + " is saved");
+    else if (outcome.done) Ui().TellReport(name + " is saved, but:", outcome.lost);
+    else if (!outcome.error.empty()) Ui().Tell(ShortName(name) + " was not saved: " + outcome.error);
+}
+
+// The song stands still while it is written. In a foreign format it counts as saved if the file holds all of it.
+DiskOpScreen::Outcome DiskOpScreen::WriteSong() {
     LoadReport report;
+    report.maxLines = kAllLines;
     SaveOptions options;
     options.compress = choice_.m_bCompress;
     options.report = &report;
     DiskStream stream;
-    if (!stream.Open(m_szSaveFile, "wb")) return stream.Error();
+    if (!stream.Open(m_szSaveFile, "wb")) return {false, stream.Error(), {}};
     const MixerPause pause(Player());
-    if (SaveFile(&stream, kModes[static_cast<int>(choice_.m_nSaveFormat)], CurrentSong(), options) != 0)
-        return !report.error.empty() ? report.error : !stream.Error().empty() ? stream.Error() : "it cannot be written";
-    if (!report.lines.empty()) Ui().Tell(ShortName(State().m_szRequestedFile) + " is saved, but: " + report.lines.front());
-    return {};
+    Song& song = CurrentSong();
+    const std::string before = song.fileName;
+    song.SetFileName(m_szSaveFile);
+    if (SaveFile(&stream, kModes[static_cast<int>(savedFormat_)], song, options) != 0) {
+        song.SetFileName(before);
+        return {false, !report.error.empty() ? report.error : !stream.Error().empty() ? stream.Error() : kUnwritable, {}};
+    }
+    if (report.lines.empty() || savedFormat_ == SaveFormat::Native) {
+        State().MarkSaved();
+        isWhole_ = true;
+    } else {
+        song.SetFileName(before);
+    }
+    return {true, {}, report.lines};
 }
 
-std::string DiskOpScreen::MixDown() {
+DiskOpScreen::Outcome DiskOpScreen::MixDown() {
     MixdownOptions options;
     options.sampleRate = static_cast<std::uint32_t>(choice_.m_nMixRate);
     options.bits = static_cast<std::uint32_t>(choice_.m_nMixBits);
     options.byParts = choice_.m_bMixByParts ? 1 : 0;
-    std::string error;
-    return Ui().Host().MixDown(m_szSaveFile, options, error) != 0 ? error : std::string();   // cancelled: no reason
+    Outcome outcome;
+    outcome.done = Ui().Host().MixDown(m_szSaveFile, options, outcome.error, outcome.lost) == 0;
+    return outcome;
 }
 
-std::string DiskOpScreen::WriteInstrument() {
+DiskOpScreen::Outcome DiskOpScreen::WriteInstrument() {
     const Instrument* instrument = State().SelectedInstrument();
-    if (!instrument) return kNothingToSave;
-    return vonta::SaveInstrument(m_szSaveFile, *instrument) != 0 ? "it cannot be written" : "";
+    if (!instrument) return {false, kNothingToSave, {}};
+    const bool done = vonta::SaveInstrument(m_szSaveFile, *instrument) == 0;
+    return {done, done ? "" : kUnwritable, {}};
 }
 
-std::string DiskOpScreen::WriteSample() {
+DiskOpScreen::Outcome DiskOpScreen::WriteSample() {
     const Sample* sample = State().SelectedSample();
-    if (!sample || sample->Count() == 0) return kNothingToSave;
+    if (!sample || sample->Count() == 0) return {false, kNothingToSave, {}};
     LoadReport report;
-    return vonta::SaveSample(m_szSaveFile, *sample, report) != 0 ? report.error : std::string();
+    const bool done = vonta::SaveSample(m_szSaveFile, *sample, report) == 0;
+    return {done, report.error, report.lines};
 }
 
 }  // namespace vonta

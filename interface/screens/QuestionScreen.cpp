@@ -7,6 +7,7 @@
 #include "interface/screens/DiskOpScreen.h"
 #include "interface/screens/ScrolledText.h"
 #include "interface/TrackerInterface.h"
+#include "interface/video/Latin1.h"
 #include "interface/widgets/Formatted.h"
 
 namespace vonta {
@@ -42,7 +43,7 @@ constexpr ControlRow<Self> kSaveRows[] = {
 constexpr int kUnofferedBits = 24;
 
 constexpr int kTextX = 4, kTextY = 28, kLineHeight = 14;
-constexpr int kMaxLines = 3;
+constexpr int kHang = 2;                         // blanks before what continues a line of the report
 constexpr int kPlainRow = 4;                     // of the dialog's picture, below its edge: nothing is drawn there
 constexpr int kButtonTextY = 2;
 
@@ -52,6 +53,7 @@ const ScreenLayout& QuestionScreen::Layout() const {
     switch (Ui().Mode()) {
     case DialogMode::Zap: return kZapLayout;
     case DialogMode::Save: return kSaveLayout;
+    case DialogMode::Report: return kReportLayout;
     default: return kDialogLayout;
     }
 }
@@ -63,78 +65,134 @@ void QuestionScreen::PaintControls() {
     switch (Ui().Mode()) {
     case DialogMode::Zap: DeclareButtons(this, kZapLayout, kZapRows, kZapLayout.x, kZapLayout.y); break;
     case DialogMode::Save: PaintSave(); break;
+    case DialogMode::Report: PaintReport(); break;
     default:
         PaintText();
-        if (Ui().IsTelling()) PaintOnlyAnswer();
-        else PaintAnswers();
+        PaintAnswers();
     }
+}
+
+// Two stand where the picture has its buttons, any other number side by side in the middle.
+LayoutItem QuestionScreen::PlaceOfAnswer(int index) const {
+    const int count = static_cast<int>(Ui().Answers().size());
+    if (count == 2) return ItemOf(kDialogLayout, index == 0 ? kDialogYes : kDialogNo);
+    LayoutItem item = ItemOf(kDialogLayout, kDialogYes);
+    const int gap = (kDialogLayout.width - count * item.width) / (count + 1);
+    item.x = gap + index * (item.width + gap);
+    return item;
 }
 
 void QuestionScreen::PaintAnswers() {
-    const auto at = [](int id) { return MovedBy(ItemOf(kDialogLayout, id), kDialogLayout.x, kDialogLayout.y); };
-    PaintAnswer(at(kDialogYes), Bind<&QuestionScreen::OnYes>(this), Look(), "Yes");
-    PaintAnswer(at(kDialogNo), Bind<&QuestionScreen::OnNo>(this), Look(), "No");
-}
-
-void QuestionScreen::PaintAnswer(const LayoutItem& item, ControlCallback onClick, const PressedLook& look,
-                                 const char* caption) {
-    Regions().Button(item, onClick, look);
+    const auto answers = Ui().Answers();
+    if (Regions().IsBlitMode() && answers.size() != 2) PaintAnswerFaces();
     const Font& font = Text().m_fontSmall;
-    font.Print(item.x + (item.width - font.WidthOf(caption)) / 2, item.y + kButtonTextY, caption);
+    for (int i = 0; i < static_cast<int>(answers.size()); ++i) {
+        const LayoutItem place = PlaceOfAnswer(i), item = MovedBy(place, kDialogLayout.x, kDialogLayout.y);
+        ControlRecord record;
+        record.param = i;
+        PressedLook look = Look();
+        look.originX += place.x - ItemOf(kDialogLayout, kDialogYes).x;
+        if (answers.size() == 2) look = Look();
+        Regions().Button(item, Bind<&QuestionScreen::OnAnswer>(this), look, record);
+        const char* caption = answers[static_cast<std::size_t>(i)].caption;
+        const SkinColours& colours = Pictures().Colours();
+        font.PrintColoured(item.x + (item.width - font.WidthOf(caption)) / 2, item.y + kButtonTextY,
+                           i == Ui().DefaultAnswer() ? colours.m_colPoints : colours.m_colText, caption);
+    }
 }
 
-// There is nothing to choose: the picture's two buttons give way to one in the middle.
-void QuestionScreen::PaintOnlyAnswer() {
+// The picture's two buttons give way to as many as there are answers.
+void QuestionScreen::PaintAnswerFaces() {
     const LayoutItem& yes = ItemOf(kDialogLayout, kDialogYes);
     const LayoutItem& no = ItemOf(kDialogLayout, kDialogNo);
     const int left = kDialogLayout.x + yes.x, top = kDialogLayout.y + yes.y;
-    const int middle = kDialogLayout.x + (kDialogLayout.width - yes.width) / 2;
-    PressedLook look = Look();
-    look.originX += middle - left;
-    if (Regions().IsBlitMode()) {
-        const int picture = Pictures().LoadSkinBitmap(kDialogLayout.bitmap);
-        Surfaces().BlitRect(left, top, Look().originX, Look().originY + yes.y - kPlainRow, no.x + no.width - yes.x,
-                            yes.height, picture, false);
-        Surfaces().BlitRect(middle, top, look.originX, look.originY, yes.width, yes.height, picture, false);
+    const int picture = Pictures().LoadSkinBitmap(kDialogLayout.bitmap);
+    Surfaces().BlitRect(left, top, Look().originX, Look().originY + yes.y - kPlainRow, no.x + no.width - yes.x,
+                        yes.height, picture, false);
+    for (int i = 0; i < static_cast<int>(Ui().Answers().size()); ++i) {
+        const int moved = PlaceOfAnswer(i).x - yes.x;
+        Surfaces().BlitRect(left + moved, top, Look().originX + moved, Look().originY, yes.width, yes.height, picture, false);
     }
-    PaintAnswer(MovedBy(yes, kDialogLayout.x + middle - left, kDialogLayout.y), Bind<&QuestionScreen::OnYes>(this), look, "OK");
 }
 
-// Texts that begin with blanks stand where these put them, others are centred.
+bool QuestionScreen::FitsDialog(const std::string& text) {
+    return static_cast<int>(BreakLines(text, kDialogColumns).size()) <= kDialogLines;
+}
+
+// Lines that begin with blanks stand where these put them, others are centred.
 void QuestionScreen::PaintText() {
     const Font& font = Text().m_fontStd;
     const int width = kDialogLayout.width - 2 * kTextX;
-    const std::string& text = Ui().QuestionText();
-    std::vector<std::string> lines = BreakLines(text, width / std::max(font.Advance(), 1));
-    if (static_cast<int>(lines.size()) > kMaxLines) lines.resize(kMaxLines);
+    std::vector<std::string> lines = BreakLines(Ui().QuestionText(), kDialogColumns);
+    if (static_cast<int>(lines.size()) > kDialogLines) lines.resize(kDialogLines);
     int y = kDialogLayout.y + kTextY - (static_cast<int>(lines.size()) - 1) * kLineHeight / 2;
     for (const std::string& line : lines) {
-        const int indent = text.starts_with(' ') ? 0 : (width - font.WidthOf(line)) / 2;
+        const int indent = line.starts_with(' ') ? 0 : (width - font.WidthOf(line)) / 2;
         font.Print(kDialogLayout.x + kTextX + std::max(indent, 0), y, line);
         y += kLineHeight;
     }
 }
 
+void QuestionScreen::SetReport(const std::vector<std::string>& lines) {
+    const int columns = (ItemOf(kReportLayout, kReportText).width - 8) / 8;
+    std::string text;
+    for (const std::string& line : lines) {
+        const char* before = "";
+        for (const std::string& part : BreakLines(line, columns - kHang)) {
+            text += before + part + '\n';
+            before = "  ";
+        }
+    }
+    report_.SetText(text, columns);
+}
+
+void QuestionScreen::PaintReport() {
+    const auto at = [](int id) { return MovedBy(ItemOf(kReportLayout, id), kReportLayout.x, kReportLayout.y); };
+    const LayoutItem heading = at(kReportHeading), recess = at(kReportText), up = at(kReportUp), down = at(kReportDown),
+                     slider = at(kReportScroll);
+    const int columns = (heading.width - 8) / 8;
+    Text().m_fontStd.PrintClipped(heading.x + 4, heading.y, columns, Ui().QuestionText());
+    report_.Paint(Text().m_fontStd, {recess, up, down, slider}, Regions(), Look());
+    Regions().Button(at(kReportOk), Bind<&QuestionScreen::OnAnswer>(this), Look());
+}
+
+bool QuestionScreen::OnWheel(int notches) {
+    report_.Scroll(-notches);
+    return true;
+}
+
 void QuestionScreen::PaintSave() {
     DeclareButtons(this, kSaveLayout, kSaveRows, kSaveLayout.x, kSaveLayout.y);
-    const LayoutItem name = MovedBy(ItemOf(kSaveLayout, kSaveName), kSaveLayout.x, kSaveLayout.y);
-    ControlRecord record;
-    record.events = kOnLeftPress | kOnRightPress;
-    Regions().TextField(name.x, name.y, name.x + name.width - 1, name.y + name.height - 1, State().m_szSongName,
-                        Bind<&QuestionScreen::OnName>(this), {}, record);
-    Text().m_fontStd.PrintClipped(name.x + 4, name.y, (name.width - 8) / 8, State().m_szSongName);
-    const LayoutItem rate = MovedBy(ItemOf(kSaveLayout, kSaveRate), kSaveLayout.x, kSaveLayout.y);
+    const auto at = [](int id) { return MovedBy(ItemOf(kSaveLayout, id), kSaveLayout.x, kSaveLayout.y); };
+    PaintName(at(kSaveName));
+    const LayoutItem suffix = at(kSaveSuffix), rate = at(kSaveRate);
+    Text().m_fontStd.PrintClipped(suffix.x + 4, suffix.y, 4, SuffixOf(Ui().DiskOp().Choice().m_nSaveFormat),
+                                  Pictures().Colours().m_colDim);
     Text().m_fontStd.Print(rate.x + 4, rate.y, Formatted("%6i", Ui().DiskOp().Choice().m_nMixRate));
 }
 
+// The end of a name that is longer than its field: there it is typed.
+void QuestionScreen::PaintName(const LayoutItem& field) {
+    const Font& font = Text().m_fontStd;
+    std::string& name = State().m_szSongName;
+    const int room = (field.width - 8) / 8, over = std::max(CountCharacters(name) - room, 0);
+    const std::string shown = name.substr(BytesOf(name, over));
+    if (Ui().IsTextSelected() && Regions().IsBlitMode())
+        Surfaces().FillBack({field.x + 3, field.y + 1, font.WidthOf(shown) + 2, field.height - 2},
+                            Surfaces().Dimmed(Pictures().Colours().m_colSelection, 6));
+    ControlRecord record;
+    record.events = kOnLeftPress | kOnRightPress;
+    Regions().TextField(field.x, field.y, field.x + field.width - 1, field.y + field.height - 1, name,
+                        Bind<&QuestionScreen::OnName>(this), {}, record);
+    font.Print(field.x + 4, field.y, shown);
+}
+
+void QuestionScreen::OnAnswer(ControlRecord& record) { Ui().Answer(record.param); }
 void QuestionScreen::OnYes(ControlRecord&) { Ui().AnswerYes(); }
 void QuestionScreen::OnNo(ControlRecord&) { Ui().AnswerNo(); }
 void QuestionScreen::OnChoice(ControlRecord& record) { Ui().AnswerChoice(record.param); }
 
-void QuestionScreen::OnName(ControlRecord&) {
-    State().m_szSongName = WithoutSuffix(State().m_szSongName, FileKind::Song);
-    Ui().StartTextEdit(State().m_szSongName);
-}
+void QuestionScreen::OnName(ControlRecord&) { Ui().StartTextEdit(State().m_szSongName); }
 
 void QuestionScreen::OnFormat(ControlRecord& record) {
     const auto format = static_cast<SaveFormat>(record.param);

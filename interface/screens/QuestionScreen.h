@@ -1,9 +1,13 @@
-// The modal question in its three forms. Its fields are the interface's; what the save question offers is the Disk
+// The modal question in its forms. Its fields are the interface's; what the save question offers is the Disk
 // Op's.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "interface/layout/QuestionLayouts.h"
 #include "interface/screens/Screen.h"
+#include "interface/screens/ScrolledText.h"
 
 namespace vonta {
 
@@ -12,6 +16,10 @@ public:
     using Screen::Screen;
     void PaintBackground() override;
     void PaintControls() override;
+    bool OnWheel(int notches) override;          // of the report
+
+    static bool FitsDialog(const std::string& text);
+    void SetReport(const std::vector<std::string>& lines);
 
     void OnYes(ControlRecord& record);
     void OnNo(ControlRecord& record);
@@ -29,11 +37,16 @@ public:
 private:
     const ScreenLayout& Layout() const;          // of the present mode
     void PaintAnswers();
-    void PaintAnswer(const LayoutItem& item, ControlCallback onClick, const PressedLook& look, const char* caption);
-    void PaintOnlyAnswer();
+    void PaintAnswerFaces();
+    LayoutItem PlaceOfAnswer(int index) const;
     void PaintText();
     void PaintSave();
+    void PaintName(const LayoutItem& field);
+    void PaintReport();
+    void OnAnswer(ControlRecord& record);
     void OnName(ControlRecord& record);
+
+    ScrolledText report_;
 };
 
 }  // namespace vonta

@@ -39,7 +39,7 @@ void RightOptionsScreen::OnPlay(ControlRecord& record) { Player().Play(static_ca
 void RightOptionsScreen::OnRecord(ControlRecord& record) { State().Play(static_cast<std::uint8_t>(record.param), true); }
 void RightOptionsScreen::OnStop(ControlRecord&) { State().StopSong(); }
 void RightOptionsScreen::OnScreen(ControlRecord& record) { Ui().ToggleScreen(record.param); }
-void RightOptionsScreen::OnDiskOp(ControlRecord&) { Ui().DiskOp().Toggle(); }
+void RightOptionsScreen::OnDiskOp(ControlRecord&) { Ui().ToggleScreen(kScreenDiskOp); }
 void RightOptionsScreen::OnExit(ControlRecord&) { Ui().AskToQuit(); }
 bool RightOptionsScreen::IsShown(std::int32_t slot) const { return Ui().IsVisible(slot); }
 

@@ -32,13 +32,16 @@ std::string SongFileName(std::string name, SaveFormat format) {
 }
 
 std::string InstrumentFileName(std::string name) { return WithSuffix(Plain(std::move(name), kDefaultInstrumentName), ".vti"); }
-std::string ShortName(const std::string& name) {
-    constexpr int kMost = 24, kFront = 12, kBack = 9;
-    const int characters = CountCharacters(name);
-    if (characters <= kMost) return name;
-    return name.substr(0, BytesOf(name, kFront)) + "..." + name.substr(BytesOf(name, characters - kBack));
+std::string SampleFileName(std::string name) { return WithSuffix(Plain(std::move(name), kDefaultSampleName), ".wav"); }
+
+const char* SuffixOf(SaveFormat format) {
+    return format == SaveFormat::Wav ? ".wav" : kSuffixes[static_cast<int>(format)];
 }
 
-std::string SampleFileName(std::string name) { return WithSuffix(Plain(std::move(name), kDefaultSampleName), ".wav"); }
+std::string ShortName(const std::string& name, std::size_t most) {
+    const int room = static_cast<int>(most) - 3, front = (room + 3) / 2, characters = CountCharacters(name);
+    if (characters <= room + 3) return name;
+    return name.substr(0, BytesOf(name, front)) + "..." + name.substr(BytesOf(name, characters - (room - front)));
+}
 
 }  // namespace vonta

@@ -18,7 +18,11 @@ std::string SongFileName(std::string name, SaveFormat format);
 std::string InstrumentFileName(std::string name);
 std::string SampleFileName(std::string name);
 
-// As a message tells it: a long name without its middle, in 24 characters.
-std::string ShortName(const std::string& name);
+// What SongFileName adds; of the mixdown ".wav", for the eye.
+const char* SuffixOf(SaveFormat format);
+
+// As a message tells it: a long name without its middle, in so many characters.
+constexpr std::size_t kShortName = 24;
+std::string ShortName(const std::string& name, std::size_t most = kShortName);
 
 }  // namespace vonta

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "interface/widgets/MouseRegions.h"
 
@@ -43,6 +44,7 @@ public:
     virtual void PaintPixels() {}               // the back surface is locked; regions are recorded
     virtual void PaintControls() {}             // twice a frame: see MouseRegions
     virtual void Init() {}                      // once, before the first frame
+    virtual void OnShown() {}                   // each time it comes into view, by whatever road
     virtual bool OnWheel(int notches) { (void)notches; return false; }   // up is positive; true if taken
     virtual bool OnAction(int action) { (void)action; return false; }    // a key action that is the screen's own; true if taken
 
@@ -51,7 +53,9 @@ public:
 
     int Group() const { return group_; }        // 1 to 7
     bool IsVisible() const { return visible_; }
-    void SetVisible(bool on) { visible_ = on; }
+    void SetVisible(bool on) {
+        if (!std::exchange(visible_, on) && on) OnShown();
+    }
 
 protected:
     TrackerInterface& Ui() const { return ui_; }

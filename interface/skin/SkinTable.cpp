@@ -23,6 +23,7 @@ struct Row {
     const char* name;
 };
 
+constexpr int kOurs = 10000;                     // above every version: from the default skin, whatever is chosen
 constexpr int kV76 = kSkinVersion076, kV78 = kSkinVersion078, kV81 = kSkinVersion081;
 
 constexpr Row kRows[] = {
@@ -88,6 +89,8 @@ constexpr Row kRows[] = {
     {259, kKnobPositions, Kind::Numbered, kV78, "skin\\Buttons\\rg\\"},
     {323, kKnobPositions, Kind::Numbered, kV78, "skin\\Buttons\\rb\\"},
     {387, 2, Kind::Pair, kV81, "skin\\BGrounds\\Console"},
+    {389, 2, Kind::Pair, kOurs, "skin\\BGrounds\\Report"},
+    {391, 1, Kind::Single, kOurs, "skin\\BGrounds\\Notice"},
 };
 
 const Row* FindRow(int number) {

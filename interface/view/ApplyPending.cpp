@@ -98,7 +98,9 @@ void TrackerState::ApplySong() {
         CurrentSong().SetFileName(request.fileName);
     }
     if (played) player_.Play(0);
-    m_szSongName = request.fileName;
+    m_szSongName = request.offeredName;
+    MarkSaved();
+    if (request.changed) MarkChanged();
     applied_.songParts = true;
     applied_.unknownChunks |= request.unknownChunks;
     request = {};

@@ -107,10 +107,9 @@ std::unique_ptr<Song> TrackerState::MakeFreshSong() const {
 }
 
 void TrackerState::NewSong() {
+    requests.song = {};
     requests.song.object = MakeFreshSong();
     requests.song.object->SetTitle(kNewTitle);
-    requests.song.fileName.clear();
-    requests.song.unknownChunks = false;
 }
 
 void TrackerState::ClearPatterns() { requests.newPatterns = true; }

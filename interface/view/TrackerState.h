@@ -77,7 +77,8 @@ struct PendingRequests {
     struct { int instrument = 0, sample = 0; std::unique_ptr<Sample> object; std::string fileName; } sample;
     bool clearEffects = false;
     struct { int slot = 0; std::unique_ptr<EffectSlot> object; bool remove = false; } effect;
-    struct { std::unique_ptr<Song> object; std::string fileName; bool unknownChunks = false; } song;
+    // changed: it is not what the file holds. offeredName: what a save proposes.
+    struct { std::unique_ptr<Song> object; std::string fileName, offeredName; bool unknownChunks = false, changed = false; } song;
     bool newPatterns = false, newInstruments = false;   // the Zap's; with clearEffects and a fresh song its four choices
 };
 
@@ -119,6 +120,11 @@ public:
     void ApplyConfig(const std::string& startDirectory);
     // Once a frame, before anything is painted.
     Applied ApplyPending();
+
+    // Whether the song would be lost with the program. SongChanged.cpp
+    bool IsChanged() const;
+    void MarkSaved();
+    void MarkChanged() { markedChanged_ = true; }
 
     SndPlayer& Player() const { return player_; }
     Song& CurrentSong() const { return player_.GetSong(); }
@@ -273,6 +279,8 @@ private:
     Config& config_;
     Environment& environment_;
     Applied applied_;                            // since the last ApplyPending
+    bool markedChanged_ = false;
+    std::uint64_t savedFingerprint_ = 0;         // of the song as it was saved
 
     std::unique_ptr<Pattern> patternClipboard_, blockClipboard_;
     std::unique_ptr<Track> trackClipboard_;

@@ -21,26 +21,35 @@ bool IsPrintable(std::string_view utf8) {
 
 }  // namespace
 
-void TrackerInterface::StartTextEdit(std::string& text) {
+void TrackerInterface::StartTextEdit(std::string& text, bool selected) {
     editedText_ = &text;
+    textSelected_ = selected;
     m_bEndTextEdit = false;
+}
+
+// The name of the save question is edited for as long as it is open, whatever else is pressed there.
+void TrackerInterface::KeepNameEdited() {
+    if (state_.m_bDialogOpen && m_nDialogMode == DialogMode::Save && !IsEditingText()) StartTextEdit(state_.m_szSongName);
 }
 
 void TrackerInterface::StopTextEdit() {
     editedText_ = nullptr;
-    m_bEndTextEdit = false;
+    textSelected_ = m_bEndTextEdit = false;
 }
 
 // There is no commit: what is typed stands in the model's own field at once.
 void TrackerInterface::OnCharacter(std::string_view utf8) {
     if (!editedText_ || m_bEndTextEdit) return;
-    if (utf8 == "\b") OnBackspace();
-    else if (utf8 == "\r" || utf8 == "\x1b") EndTextEdit();
-    else if (IsPrintable(utf8) && CharactersOf(*editedText_) + CharactersOf(utf8) <= kMaxTextLength) *editedText_ += utf8;
+    if (utf8 == "\b") return OnBackspace();
+    if (utf8 == "\r" || utf8 == "\x1b") return EndTextEdit();
+    if (!IsPrintable(utf8)) return;
+    if (std::exchange(textSelected_, false)) editedText_->clear();
+    if (CharactersOf(*editedText_) + CharactersOf(utf8) <= kMaxTextLength) *editedText_ += utf8;
 }
 
 void TrackerInterface::OnBackspace() {
     if (!editedText_ || m_bEndTextEdit) return;
+    if (std::exchange(textSelected_, false)) return editedText_->clear();
     while (!editedText_->empty() && IsContinuation(editedText_->back())) editedText_->pop_back();
     if (!editedText_->empty()) editedText_->pop_back();
 }

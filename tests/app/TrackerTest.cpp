@@ -70,7 +70,7 @@ protected:
     std::unique_ptr<GMain> app_;
 };
 
-constexpr int kScanY = 28, kScanZ = 29, kScanN = 17, kScanSpace = 44, kScanEscape = 41;
+constexpr int kScanD = 7, kScanY = 28, kScanZ = 29, kScanN = 17, kScanSpace = 44, kScanEscape = 41;
 
 TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
     ASSERT_EQ(Start(), 0);
@@ -85,7 +85,11 @@ TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
     Key(kScanN);
     EXPECT_FALSE(app_->GetTracker().m_bQuit);
     for (int i = 0; i < 3; ++i) Key(kScanEscape);    // asked, declined, asked
-    Key(kScanY);
+    Key(kScanY);                                     // which is no answer to a song that is not saved
+    EXPECT_FALSE(app_->GetTracker().m_bQuit);
+    Frames(10);
+    EXPECT_EQ(window_->GetTitle(), "*new song - Vonta Tracker beta 0.81");
+    Key(kScanD);
     EXPECT_TRUE(app_->GetTracker().m_bQuit);
 }
 
@@ -94,6 +98,27 @@ TEST_F(Tracker, TheFirstSongHasTheAmplificationOfTheConfiguration) {
     ASSERT_EQ(Start(), 0);
     EXPECT_FLOAT_EQ(CurrentSong().masterVolume, 0.35f);
     EXPECT_FLOAT_EQ(app_->GetSndPlayer()->GetMixer().masterAmp, 0.35f);
+}
+
+TEST_F(Tracker, TellsThatAMixdownEndedEarly) {
+    const fs::path path = home_.Path() / "circle.vtm";
+    const auto song = SongBuilder().Tempo(1).Pattern(0, 8).Effect(7, 0, 11, 1).Pattern(1, 8).Effect(5, 0, 11, 1)
+                          .Order({0, 1, 0, 1}).Build();
+    {
+        DiskStream stream;
+        ASSERT_TRUE(stream.Open(path, "wb"));
+        ASSERT_EQ(SaveFile(&stream, SaveMode::Module, *song, {}), 0);
+    }
+    ASSERT_EQ(Start(path), 0);
+    Frames(3);
+    app_->GetInterface().CloseQuestion();            // the notice to a new user
+    EXPECT_EQ(CurrentSong().fileName, path);
+    app_->GetInterface().DiskOp().Choice().m_nSaveFormat = SaveFormat::Wav;
+    app_->GetInterface().DiskOp().SaveSong();
+    Frames(2);
+    EXPECT_TRUE(fs::exists(home_.Path() / "circle.wav"));
+    EXPECT_EQ(app_->GetInterface().Mode(), DialogMode::Report);
+    EXPECT_EQ(app_->GetInterface().QuestionText(), "circle.wav is saved, but:");
 }
 
 TEST_F(Tracker, RestartsTheVideoWithoutTouchingTheSong) {

@@ -49,9 +49,13 @@ public:
         if (first_) Keys("Return");                  // the notice to a new user
         first_ = false;
     }
-    // Through the question; the exit status.
+    std::string Title() const { return Ask("xdotool getwindowname " + window_); }
+    // Through the question, without the changes if there are any; the exit status.
     int Quit() {
-        Keys("Escape y");
+        Keys("Escape y d");
+        return Wait();
+    }
+    int Wait() {
         const int status = program_->Wait().status;
         program_.reset();
         return status;

@@ -29,16 +29,11 @@ void LoadSampleFile(Desktop& desktop, int instrument, int row) {
     Desktop::Rest(400);
 }
 
-// The save question, from the Disk Op, with the name typed over the one that stands there.
+// The save question, from the Disk Op.
 void SaveAs(Desktop& desktop, const std::string& name, int format) {
     desktop.Click(kDiskOpLayout, kDiskKind + 0);
     desktop.Click(kDiskOpLayout, kDiskSave);
-    desktop.Click(kSaveLayout, kSaveName);
-    std::string erase = "BackSpace";
-    for (int i = 0; i < 24; ++i) erase += " BackSpace";
-    desktop.Keys(erase);
     desktop.Type(name);
-    desktop.Keys("Return");
     desktop.Click(kSaveLayout, format);
     desktop.Click(kSaveLayout, kSaveGo);
     Desktop::Rest(700);

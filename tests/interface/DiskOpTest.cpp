@@ -4,11 +4,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "interface/layout/DiskOpLayout.h"
-#include "interface/layout/QuestionLayouts.h"
-#include "interface/screens/DiskOpScreen.h"
-#include "tests/support/InterfaceRig.h"
-#include "tests/support/SongCompare.h"
+#include "tests/support/BuiltPacks.h"
+#include "tests/support/DiskRig.h"
 
 namespace vonta {
 namespace {
@@ -47,6 +44,7 @@ TEST(DiskList, ShowsTheFilesOfAKindAndAllOnDemand) {
     EXPECT_EQ(list.At(1).size, 5u);
     EXPECT_TRUE(list.Read(temp.Path(), FileKind::Skin, true));
     EXPECT_EQ(list.Count(), 17);
+    EXPECT_FALSE(list.IsCut());
     EXPECT_FALSE(list.Read(temp.File("nowhere"), FileKind::Song, false));
     EXPECT_EQ(list.Count(), 0);
 }
@@ -70,32 +68,6 @@ TEST(SaveNames, FollowTheFormatAndNeverLeadElsewhere) {
     EXPECT_EQ(ShortName("twenty-four characters.x"), "twenty-four characters.x");
     EXPECT_EQ(ShortName("an evening train through \xC3\xBC" "berlingen.vtm"), "an evening t...ingen.vtm");
 }
-
-// The real screen in a directory of its own, worked with the mouse as a user does.
-struct DiskRig : InterfaceRig {
-    explicit DiskRig(std::unique_ptr<Song> song = nullptr) : InterfaceRig(std::move(song)) {
-        Frame();
-        ui.ShowScreen(kScreenDiskOp);
-        Frame();
-        Disk().GoTo(directory.Path());
-        Frame();
-    }
-    DiskOpScreen& Disk() { return ui.DiskOp(); }
-    void Press(int id) { Click(kDiskOpLayout, id); }
-    void PressInSaveQuestion(int id) {
-        const LayoutItem& item = ItemOf(kSaveLayout, id);
-        Click(kSaveLayout.x + item.x + item.width / 2, kSaveLayout.y + item.y + item.height / 2);
-    }
-    void Answer(int id) {
-        const LayoutItem& item = ItemOf(kDialogLayout, id);
-        Click(kDialogLayout.x + item.x + item.width / 2, kDialogLayout.y + item.y + item.height / 2);
-    }
-    bool ClickFile(const std::string& name, bool right = false) {
-        for (int row = 0; row < Disk().Rows().Count(); ++row)
-            if (Disk().Rows().At(row).name == name) return Click(230, 7 + 14 * row + 5, right), true;
-        return false;
-    }
-};
 
 std::unique_ptr<Song> SmallSong() {
     return SongBuilder().Channels(4).SineInstrument(0, 256).Order({0}).Pattern(0, 16).Note(0, 0, 48, 1, 64, 10, 3).Build();
@@ -147,18 +119,19 @@ TEST(DiskOp, InstrumentsAndSamplesGoOutAndComeBack) {
     }
 }
 
-TEST(DiskOp, AsksBeforeItReplacesAFile) {
+TEST(DiskOp, ReplacesAFileOnlyForAYesThatWasMeant) {
     DiskRig rig(SmallSong());
     rig.directory.Write("noname.vtm", "precious");
-    const auto save = [&] { rig.Press(kDiskSave); rig.PressInSaveQuestion(kSaveGo); };
+    const auto save = [&] { rig.Press(kDiskSave); rig.Tap(kKeyEnter); };
     save();
-    EXPECT_EQ(rig.ui.QuestionText(), "Overwrite file??");
-    rig.Answer(kDialogNo);
+    EXPECT_EQ(rig.ui.QuestionText(), "Overwrite file??\nnoname.vtm");
+    rig.Tap(kKeyEnter);                          // No stands first here
     EXPECT_FALSE(rig.state.m_bDialogOpen);
     EXPECT_EQ(rig.directory.Text("noname.vtm"), "precious");
     save();
     rig.Answer(kDialogYes);
     EXPECT_GT(rig.directory.Bytes("noname.vtm").size(), 1000u);
+    EXPECT_FALSE(rig.state.m_bDialogOpen);
 }
 
 TEST(DiskOp, TellsInWordsWhatFailed) {
@@ -232,6 +205,42 @@ TEST(DiskOp, TheMainPanelListsWhatIsLoaded) {
     rig.Press(kDiskKind + static_cast<int>(FileKind::Synth));
     rig.Press(kDiskExit);
     EXPECT_EQ(rig.ui.CurrentList(), kListInstruments);
+}
+
+TEST(DiskOp, ListsWhatIsThereNowByWhateverRoadItOpens) {
+    DiskRig rig;
+    for (int i = 10; i < 40; ++i) rig.directory.Write("song " + std::to_string(i) + ".xm", "");
+    rig.TapAction(144);                          // the key of the screen closes it, and opens it
+    rig.TapAction(144);
+    EXPECT_EQ(rig.Disk().Rows().Count(), 31);
+    rig.Click(kDiskOpLayout, kDiskExit);
+    rig.directory.Write("song 40.xm", "");
+    rig.Click(431 + 40, 22 + 17 * 5 + 8);        // "Disc op" of the panel
+    EXPECT_EQ(rig.Disk().Rows().Count(), 32);
+
+    rig.MouseTo(230, 7 + 5);
+    rig.input.OnWheel(-2);                       // a row a notch
+    rig.Frame();
+    rig.ClickFile("song 11.xm", true);           // as if the list stood at its top: two rows above what is there
+    EXPECT_EQ(rig.state.m_szSongName, "song 13.xm");
+}
+
+TEST(DiskOp, ShowsTheWholeNameUnderTheMouse) {
+    DiskRig rig({}, OpenBuiltPacks());
+    for (const char* take : {"1", "2"}) rig.directory.Write(std::string("a rather long name of a recording, take ") + take + ".xm", "");
+    rig.directory.Write("short.xm", "");
+    rig.Press(kDiskAll);
+    const auto rows = [&](int x, int y) {        // of the first five, while the mouse is there
+        rig.MouseTo(x, y);
+        std::vector<std::uint32_t> pixels;
+        for (int py = 7; py < 7 + 5 * kDiskRowHeight; ++py)
+            for (int px = 208; px < 490; ++px) pixels.push_back(rig.display.PixelAt(px, py));
+        return pixels;
+    };
+    const auto plain = rows(600, 400), first = rows(300, 7 + 14 + 5), second = rows(300, 7 + 28 + 5);
+    EXPECT_NE(first, plain);
+    EXPECT_NE(first, second);
+    EXPECT_EQ(rows(300, 7 + 42 + 5), plain);     // which its row shows whole
 }
 
 TEST(DiskOp, AClickPastTheListsEndOrLetGoElsewhereDoesNothing) {

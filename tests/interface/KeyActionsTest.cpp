@@ -238,10 +238,12 @@ TEST(Questions, TakeTheKeysAndAreAnsweredOnce) {
     rig.Tap(kKeyEnter);
     EXPECT_EQ(rig.ui.Mode(), DialogMode::Zap);
     EXPECT_TRUE(rig.state.m_bDialogOpen);
+    rig.state.MarkSaved();                       // else it would be asked what to do with the song
     rig.ui.AnswerChoice(1);
     rig.Frame();
     EXPECT_EQ(rig.At(0, 0).note, kNoNote);
 
+    rig.state.MarkSaved();
     rig.ui.OnEscape();
     rig.ui.AskToQuit();
     EXPECT_TRUE(rig.state.m_bDialogOpen);

@@ -44,7 +44,7 @@ public:
         ASSERT_TRUE(out.Open(path, "wb"));
         const MixerPause pause(rig_.player);
         Song& song = rig_.player.GetSong();
-        song.SetTempo(std::max(song.GetTempo(), kMinTempo));   // 0 holds the rows; no file begins so
+        song.SetStartTempo(std::max(song.StartTempo(), kMinTempo));   // 0 holds the rows; no file begins so
         ASSERT_EQ(SaveFile(&out, SaveMode::Module, song, {}), 0);
         bool unknown = false;
         LoadReport report;

@@ -23,7 +23,10 @@ struct RigHost final : InterfaceHost {
     void SaveEnvironment() override { ++environmentSaves; }
     void RequestVideoRestart() override { ++videoRestarts; }
     const std::string& GetStartDir() const override { return startDir; }
-    int MixDown(const std::string&, const MixdownOptions&, std::string& error) override { error = "none here"; return 1; }
+    int MixDown(const std::string&, const MixdownOptions&, std::string& error, std::vector<std::string>&) override {
+        error = "none here";
+        return 1;
+    }
     bool HasSoundDevice() const override { return true; }
 
     std::string startDir;
@@ -69,6 +72,7 @@ public:
         ui.DiskOp().SetRoot(directory.Path());   // whatever a test presses, it deletes nothing of its user's
         const MixerPause pause(player);
         player.SetSong(std::move(song));
+        state.MarkSaved();
     }
     ~InterfaceRig() { player.SetMixerOn(false); }
 
@@ -80,9 +84,7 @@ public:
         ui.PollMouse();
         ui.Paint();
         video.Present();
-        if (state.m_bSaveRequested) ui.DiskOp().SaveNow();
-        else if (state.m_bLoadRequested) ui.DiskOp().LoadNow();
-        state.m_bSaveRequested = state.m_bLoadRequested = false;
+        ui.DiskOp().WorkNow();
         if (device) device->timer.Fire();
     }
     // So many milliseconds of sound, in blocks as a device takes them.
