@@ -73,11 +73,14 @@ std::unique_ptr<Song> SndPlayer::ExchangeSong(std::unique_ptr<Song> song) {
 void SndPlayer::KillChannel(int channel) {
     if (channel < 0 || channel >= kTracks) return;
     if (IsMixerOn()) requests_.KillChannel(channel);
-    else GetChannel(channel).Kill();
+    else notes_.Kill(channel, Milliseconds());
 }
 
+// The command stops what was asked for before it; the plug-ins are reset while nothing calls them, and hold no notes.
 void SndPlayer::Panic() {
     Stop(0, 1);
+    const MixerPause pause(*this);
+    StopNotes();
     for (const auto& synth : song_->synths) {
         if (!synth) continue;
         synth->SetActive(0);
@@ -98,6 +101,7 @@ bool SndPlayer::RestoreDevice() {
 void SndPlayer::SetSampleRate(std::uint32_t sampleRate) {
     mixer_->sampleRate = std::max(sampleRate, kMinSampleRate);
     sequencer_.UpdateTickLength();
+    notes_.KeepPitch();
     for (const auto& effect : mixer_->effects) {
         if (!effect) continue;
         const std::uint8_t on = Load(effect->on);

@@ -24,10 +24,10 @@ void MidiNotes::Send(int track, int instrumentNumber, int note, int volume, std:
     const MidiSettings& midi = instrument.midi;
     if (instrument.useSynth && midi.synth > kMidiMax) return;   // there is no such plug-in
     std::int64_t pitch = std::int64_t{note} + midi.transpose;
-    int velocity = std::min(volume, kMidiMax);
+    int loudness = volume;
     if (const Sample* sample = instrument.GetSample(instrument.GetKeySample(note, 0, kMidiMax))) {
         pitch += std::int64_t{sample->toneRel} + instrument.transpose;
-        if (volume > kMaxVolume) velocity = std::min<int>(sample->volume, kMidiMax);
+        if (volume > kMaxVolume) loudness = sample->volume;
     }
     const int outputNumber = instrument.useSynth ? kSynthOutputs + midi.synth : midi.device;
 
@@ -37,10 +37,11 @@ void MidiNotes::Send(int track, int instrumentNumber, int note, int volume, std:
     state.midiActive = 1;
     state.midiNote = static_cast<std::uint8_t>(std::clamp<std::int64_t>(pitch, 0, kMidiMax));
     state.midiChannel = midi.channel & 15;
-    state.midiVelocity = static_cast<std::uint8_t>(velocity);
+    state.midiVelocity = static_cast<std::uint8_t>(std::min(loudness, kMidiMax));
     state.midiDevice = static_cast<std::uint8_t>(outputNumber);
     state.controllers = midi.controllers;
     channel.noteOffset = 0;
+    channel.noteVolume = std::min<int>(loudness, kMaxVolume);   // for a later note without an instrument number
     channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
     if (DrvMIDIOUT* output = mixer_.MidiOutput(*song_, outputNumber)) {
         SendSettings(*output, instrument, outputNumber, time);

@@ -32,7 +32,9 @@ public:
     void ReleaseAll(std::uint32_t time);           // each as its key were let go
     void StopAll(std::uint32_t time);              // at once
     void StopInstrument(int instrument, std::uint32_t time);   // at once, those of one
-    void KillTracks();
+    void Kill(int channel, std::uint32_t time);
+    void KillTracks(std::uint32_t time);
+    void KeepPitch();                              // of what sounds, at the mixer's new rate
 
     ChannelMemory& Memory(int channel) { return memory_[static_cast<std::size_t>(channel)]; }
     Channel& GetChannel(int channel) { return *mixer_.channels[static_cast<std::size_t>(channel)]; }

@@ -27,7 +27,9 @@ bool NoteStarter::Trigger(int channelNumber, int note, int instrument, int volum
     }
     const Channel& channel = GetChannel(channelNumber);
     if (!song_->GetInstrument(channel.lastInstrument)) return false;
-    PlayNote(channel.lastInstrument, note, 0, channel.noteVolume, channelNumber, 0, time);
+    const bool isMidi = song_->GetInstrument(channel.lastInstrument)->midi.enabled;
+    const int least = isMidi ? 1 : 0;             // a velocity of 0 would be a note off
+    PlayNote(channel.lastInstrument, note, 0, std::max(channel.noteVolume, least), channelNumber, 0, time);
     return true;
 }
 
@@ -61,8 +63,20 @@ void NoteStarter::RestartEnvelopes(Channel& channel, Instrument& instrument, std
     if (!channel.resonanceEnvelope.on) channel.resonance = resonance;
 }
 
-void NoteStarter::KillTracks() {
-    for (const auto& channel : mixer_.channels) channel->Kill();
+void NoteStarter::Kill(int channel, std::uint32_t time) {
+    midi_.SendOff(GetChannel(channel), time);
+    GetChannel(channel).Kill();
+}
+
+void NoteStarter::KillTracks(std::uint32_t time) {
+    for (int channel = 0; channel < kTracks; ++channel) Kill(channel, time);
+}
+
+void NoteStarter::KeepPitch() {
+    for (auto* table : {&mixer_.channels, &mixer_.reserve})
+        for (const auto& channel : *table)
+            for (Voice& voice : channel->voices)
+                if (voice.position) voice.step = FrequencyToStep(voice.frequency, mixer_.sampleRate);
 }
 
 void NoteStarter::StopAll(std::uint32_t time) {

@@ -1,5 +1,6 @@
 // The sequencer: one tick, and where the next row is.
 #include <algorithm>
+#include <utility>
 
 #include "engine/sequence/Effects.h"
 #include "engine/sequence/Sequencer.h"
@@ -121,16 +122,25 @@ void Sequencer::ClearVisits() {
     revisited_ = false;
 }
 
-// Started in the tick grid, and refreshed with all others at the end of this tick.
+// Started in the tick grid, and refreshed with all others at the end of this tick. A key that was let go within the tick
+// that starts its note is let go in the next: drum pads do nothing else.
 void Sequencer::RunJamQueue() {
+    const std::bitset<kTracks> due = std::exchange(letGo_, {});
+    for (int channel = 0; channel < kTracks; ++channel)
+        if (due[static_cast<std::size_t>(channel)]) notes_.KeyOff(channel, Milliseconds());
+    std::bitset<kTracks> started;
     JamNote note;
     while (requests_.TakeNote(note)) {
         const auto channel = static_cast<int>(note.channel % kTracks);
         const int volume = note.volume == 255 ? int{kNoVolume} : note.volume;
+        const auto number = static_cast<std::size_t>(channel);
         if (note.note == kNoteOff) {
-            notes_.KeyOff(channel, Milliseconds());
+            if (started[number]) letGo_.set(number);
+            else notes_.KeyOff(channel, Milliseconds());
             continue;
         }
+        started.set(number);
+        letGo_.reset(number);                         // of a note whose place this one takes
         notes_.PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0,
                         Milliseconds());
         Memory(channel).activeEffect = Memory(channel).volumeColumnEffect = 0;
@@ -142,7 +152,7 @@ void Sequencer::ResetSequencer() {
     loopJump_ = orderJump_ = patternBreak_ = loopRow_ = orderTarget_ = 0;
     patternDelay_ = 0;
     rowStep_ = 0;
-    notes_.KillTracks();
+    notes_.KillTracks(Milliseconds());
     tick_ = -1;
 }
 

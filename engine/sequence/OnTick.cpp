@@ -45,7 +45,9 @@ void SndPlayer::BlockCycle() {
 
 void SndPlayer::PerformCommand(const PlayerCommand& command) {
     switch (command.type) {
-        case PlayerCommand::Type::KillChannel: GetChannel(static_cast<int>(command.channel % kTracks)).Kill(); break;
+        case PlayerCommand::Type::KillChannel: 
+            notes_.Kill(static_cast<int>(command.channel % kTracks), Milliseconds());
+            break;
         case PlayerCommand::Type::Play: PerformPlay(command.playFlags); break;
         case PlayerCommand::Type::Stop: PerformStop(command.stopKeepPlaying, command.stopImmediate); break;
     }

@@ -130,6 +130,7 @@ private:
     std::uint16_t breakRow_ = 0;
 
     std::array<Relaxed<std::uint8_t>, kTracks> channelMuted_;
+    std::bitset<kTracks> letGo_;                   // keys whose release waits for the next tick
 
     bool trackVisits_ = false, revisited_ = false;
     std::bitset<kMaxPositions * kMaxRows> visited_;

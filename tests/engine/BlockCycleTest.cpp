@@ -192,5 +192,61 @@ TEST(ExternalSync, AnAbsurdHostDoesNotHoldTheCallback) {
     EXPECT_EQ(inCallback, 0);
 }
 
+TEST(Jam, AKeyThatIsLetGoWithinATickSoundsUntilTheNext) {
+    Cycle cycle(SongBuilder().SineInstrument(0, 64, {VTSAMPLE_LOOP_FORDWARD, 0, 64}).Build());
+    SndPlayer& player = cycle.player;
+    const auto sounds = [&player](int channel) { player.DoTick(); return player.GetChannel(channel).active != 0; };
+    player.QueueNoteOn(48, 0, 3, 255);
+    player.QueueKeyOff(3);
+    EXPECT_TRUE(sounds(3));
+    player.QueueNoteOn(50, 0, 3, 255);            // the next tap
+    EXPECT_TRUE(sounds(3));
+    EXPECT_TRUE(sounds(3));
+    player.QueueKeyOff(3);
+    EXPECT_FALSE(sounds(3));
+    player.QueueNoteOn(48, 0, 4, 255);            // a tap and a key that is held
+    player.QueueKeyOff(4);
+    player.QueueNoteOn(50, 0, 4, 255);
+    EXPECT_TRUE(sounds(4));
+    EXPECT_TRUE(sounds(4));
+}
+
+// Tells whether it was reset while the block cycle could be inside.
+class WatchedEffect final : public EffectSlot {
+public:
+    explicit WatchedEffect(SndPlayer& player) : player_(player) { on = 1; }
+    bool Load(const std::string&) override { return true; }
+    bool Init(int, int, int, std::uint32_t) override { return true; }
+    void Uninit() override {}
+    std::string GetPath() const override { return {}; }
+    int Process(float*, int, int) override { return 1; }
+    void Suspend() override { ++(player_.IsMixerOn() || player_.GetChannel(0).active ? early : resets); }
+    int resets = 0, early = 0;
+
+private:
+    SndPlayer& player_;
+};
+
+TEST(Panic, ResetsEffectsInAPauseWithoutNotes) {
+    Cycle cycle(SongBuilder().SineInstrument(0, 64, {VTSAMPLE_LOOP_FORDWARD, 0, 64}).Build());
+    auto owned = std::make_unique<WatchedEffect>(cycle.player);
+    const WatchedEffect& effect = *owned;
+    cycle.player.GetMixer().SetEffect(0, std::move(owned));
+    cycle.player.SetMixerOn(true);
+    cycle.player.PlayNote(0, 48, 0, 128, 0, 0, 0);
+    cycle.player.Panic();
+    EXPECT_EQ(effect.resets, 1);
+    EXPECT_EQ(effect.early, 0);
+    EXPECT_TRUE(cycle.player.IsMixerOn());
+}
+
+TEST(SampleRate, OfANoteThatSoundsChangesWithItsPitchKept) {
+    Cycle cycle(SongBuilder().SineInstrument(0, 64, {VTSAMPLE_LOOP_FORDWARD, 0, 64}).Build());
+    cycle.player.PlayNote(0, 60, 0, 128, 0, 0, 0);
+    const std::uint32_t step = cycle.player.GetChannel(0).voices[0].step;
+    cycle.player.SetSampleRate(88200);
+    EXPECT_NEAR(cycle.player.GetChannel(0).voices[0].step, step / 2, 1);
+}
+
 }  // namespace
 }  // namespace vonta

@@ -188,5 +188,33 @@ TEST(MidiNote, OfAnInstrumentThatLeavesIsLetGoAlone) {
     EXPECT_EQ(rig.player.Track(1).midi.midiActive, 1);
 }
 
+TEST(MidiNote, IsLetGoWhereverItsTrackIsEnded) {
+    struct { const char* name; void (*end)(SndPlayer& player); } const cases[] = {
+        {"a killed channel", [](SndPlayer& player) { player.KillChannel(0); }},
+        {"the song from its beginning", [](SndPlayer& player) { player.PerformPlay(0); }},
+        {"a host's jump", [](SndPlayer& player) { player.SeekToTick(0); }},
+        {"a muted track", [](SndPlayer& player) { player.SetChannelMuted(0, true); player.DoTick(); }},
+    };
+    for (const auto& each : cases) {
+        SCOPED_TRACE(each.name);
+        MidiRig rig(MidiSong().Note(0, 0, 60, 1, 100).Build());
+        rig.Ticks(1);
+        each.end(rig.player.player);
+        EXPECT_EQ(rig.Ticks(0), Messages{0x003C82});
+    }
+}
+
+TEST(MidiNote, WithoutAnInstrumentNumberIsAsLoudAsTheOneBeforeAndNeverANoteOff) {
+    auto song = MidiSong();
+    song.Note(0, 0, 60, 1).Note(1, 0, 62).Note(2, 0, 64, 1, 50).Note(3, 0, 65).Volume(4, 0, 0).Note(5, 0, 67);
+    MidiRig rig(song.Build());
+    EXPECT_EQ(rig.Ticks(1).back(), 0x7F3C92u);
+    EXPECT_EQ(rig.Ticks(1).back(), 0x7F3E92u);
+    EXPECT_EQ(rig.Ticks(1).back(), 0x324092u);
+    EXPECT_EQ(rig.Ticks(1).back(), 0x324192u);
+    rig.Ticks(1);
+    EXPECT_EQ(rig.Ticks(1).back(), 0x014392u);
+}
+
 }  // namespace
 }  // namespace vonta
