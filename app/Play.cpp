@@ -17,6 +17,7 @@
 #include "app/Messages.h"
 #include "app/OpenFile.h"
 #include "app/PlayerHost.h"
+#include "app/PromptEnd.h"
 #include "app/SoundKinds.h"
 #include "platform/Clock.h"
 
@@ -24,6 +25,8 @@ namespace vonta {
 namespace {
 
 constexpr int kShowPeriodMs = 100, kKeysPeriodMs = 5, kTailMs = 50;
+constexpr std::uint32_t kInterruptedTailMs = 50;
+constexpr int kInterruptedMs = 350;                  // for all that follows an interrupt: devices take up to a second
 constexpr int kNoPort = -1;
 
 struct PlayRequest {
@@ -81,7 +84,7 @@ void PlayToEnd(PlayerHost& app, const PlayRequest& request) {
     StateLine line(player);
     const std::uint32_t start = Milliseconds();
     player.Play(0);
-    while (!Interrupted() && !player.HasEnded()) {
+    while (!Interrupted() && !player.HasEnded() && player.GetDevice()->GetFailure().empty()) {
         if (request.seconds > 0 && Milliseconds() - start >= request.seconds * 1000) break;
         player.GetPositionNotice().Wait(live ? kKeysPeriodMs : kShowPeriodMs);
         player.GetPositionNotice().TakeFlags();
@@ -92,11 +95,23 @@ void PlayToEnd(PlayerHost& app, const PlayRequest& request) {
     line.Finish();
 }
 
-// Notes are let go, MIDI ones too, and what is on its way to the loudspeakers is heard.
+// Notes are let go, MIDI ones too, and what is on its way to the loudspeakers is heard; somebody who interrupts does not
+// wait for a long way.
 void FadeOut(SndPlayer& player) {
     if (!player.HasEnded()) player.Stop(0, 0);
     const int onItsWay = player.IsHeard() ? player.GetLatencyMs() : 0;
-    std::this_thread::sleep_for(std::chrono::milliseconds(onItsWay + kTailMs));
+    const std::uint32_t start = Milliseconds();
+    while (Milliseconds() - start < static_cast<std::uint32_t>(onItsWay + kTailMs)) {
+        if (Interrupted() && Milliseconds() - start >= kInterruptedTailMs) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(kKeysPeriodMs));
+    }
+}
+
+int End(SndPlayer& player) {
+    const std::string failure = player.GetDevice()->GetFailure();
+    if (failure.empty()) return Interrupted() ? kInterrupted : kDone;
+    Complain(failure);
+    return kFailed;
 }
 
 template <class Ports>
@@ -118,6 +133,7 @@ int Play(const PlayRequest& request) {
     LoadReport report;
     auto song = OpenSong(request.song, report);
     if (!song) return kFailed;
+    PromptEnd promptEnd(kInterruptedMs);
     PlayerHost app;
     if (app.StartPlayer(request.sound) != 0) return kFailed;
     SndPlayer& player = *app.GetSndPlayer();
@@ -127,13 +143,16 @@ int Play(const PlayRequest& request) {
     player.SetLatencyMs(request.latencyMs);
     SendNotesTo(*song, request.midiOut);
     app.InstallSong(std::move(song));
-    return app.Guarded([&] {
+    const int status = app.Guarded([&] {
         const NotesEnd atEnd(player);
         player.SetStopAtEnd(true);
         PlayToEnd(app, request);
         FadeOut(player);
-        return Interrupted() ? kInterrupted : kDone;
+        return End(player);
     });
+    promptEnd.Finish(status);
+    app.ShutdownPlayer();
+    return status;
 }
 
 }  // namespace

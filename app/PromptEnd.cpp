@@ -12,11 +12,11 @@ namespace vonta {
 namespace {
 
 constexpr int kLookEveryMs = 20;
-constexpr int kGraceMs = 250;                        // more than a block of a mixdown takes
+constexpr int kClosingMs = 1500;                     // after work that came to its own end
 
 }  // namespace
 
-PromptEnd::PromptEnd() {
+PromptEnd::PromptEnd(int graceMs) : graceMs_(graceMs) {
     WatchInterrupt(InterruptWatch::UntilTheEnd);
     watch_ = std::thread([this] { Watch(); });
 }
@@ -36,11 +36,11 @@ bool PromptEnd::WaitForEnd(int milliseconds) {
 }
 
 void PromptEnd::Watch() {
-    while (!Interrupted())
+    while (!Interrupted() && status_ == kAtWork)
         if (WaitForEnd(kLookEveryMs)) return;
-    if (WaitForEnd(kGraceMs)) return;
+    if (WaitForEnd(Interrupted() ? graceMs_ : kClosingMs)) return;
     PartFile::RemoveAllForGood();
-    ::_exit(kInterrupted);
+    ::_exit(status_ == kAtWork ? kInterrupted : status_.load());
 }
 
 }  // namespace vonta

@@ -10,6 +10,7 @@
 
 #include "audio/ClockPosition.h"
 #include "audio/DrvSound.h"
+#include "platform/Shared.h"
 
 namespace vonta {
 
@@ -28,6 +29,7 @@ public:
     std::uint8_t GetNumDevices() override { return 1; }
     std::string GetDeviceName(int) override { return "Disk Writter"; }
     std::string GetCurrentDeviceName() override { return "DiskWritter"; }
+    std::string GetFailure() const override;         // the file's, which is left as it is from then on
     MultimediaTimer* GetTimer() override { return &timer_; }
 
 private:
@@ -35,7 +37,10 @@ private:
 
     struct CloseFile { void operator()(std::FILE* file) const { std::fclose(file); } };
 
+    void Check(bool done);
+
     ClockPosition position_;
+    Relaxed<int> error_{0};                          // errno of what failed first
     std::unique_ptr<std::FILE, CloseFile> file_;
     MultimediaTimer timer_;                          // last: stops before the file closes
 };

@@ -46,6 +46,7 @@ public:
     virtual bool IsLost() { return false; }
     virtual bool Restore() { return true; }                             // with the mixer off: see RestoreDevice
     virtual std::uint32_t GetUnderruns() const { return 0; }            // blocks that came too late; any thread
+    virtual std::string GetFailure() const { return {}; }               // why sound is lost for good; any thread
 
     // A device led by an outside host answers these; see SndPlayer's sync step.
     virtual double GetSyncTime() { return 0.0; }                        // the host's position since the song's start

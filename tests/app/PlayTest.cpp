@@ -38,5 +38,18 @@ TEST(PlayDevice, CtrlCEndsItWithItsStatus) {
     EXPECT_EQ(program.Wait().status, 130);
 }
 
+TEST(PlayDevice, ADiskWriterThatCannotWriteSaysSoAndFails) {
+    for (const bool full : {true, false}) {
+        TempDirectory directory;
+        directory.Write("s.xm", AsText(CircleXm().Build()));
+        if (full) std::filesystem::create_symlink("/dev/full", directory.File("diskwritter.raw"));
+        else std::filesystem::create_directory(directory.File("diskwritter.raw"));
+        const Outcome outcome = RunVonta({"play", "s.xm", "--device", "diskwriter", "--seconds", "20"}, directory.Path());
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_NE(outcome.err.find(full ? "diskwritter.raw: No space left" : "diskwritter.raw: Is a directory"),
+                  std::string::npos) << outcome.err;
+    }
+}
+
 }  // namespace
 }  // namespace vonta::test

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cstring>
 
 #include "app/SoundKinds.h"
 #include "formats/Loaders.h"
@@ -117,6 +119,25 @@ TEST_F(PulseAudio, DevicesListsTheOutputForEachKind) {
         ASSERT_NE(line, std::string::npos) << outcome.out;
     }
     EXPECT_NE(outcome.out.find("Null Output"), std::string::npos) << outcome.out;
+}
+
+TEST_F(PulseAudio, NeitherALongLatencyNorAServerThatHangsHoldsTheEnd) {
+    Save(SteadyNote());
+    for (const auto& [device, volume] : kKinds)
+        for (const bool hangs : {false, true})
+            for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+                SCOPED_TRACE(device + std::string(hangs ? ", hanging, " : ", ") + strsignal(signal));
+                program_.emplace(std::vector<std::string>{"play", "song.vtm", "--log", "--device", device, "--latency", "5000"},
+                                 directory_.Path());
+                ASSERT_TRUE(Says("* Creating timer"));
+                if (hangs) server_.Signal(SIGSTOP);
+                const auto start = std::chrono::steady_clock::now();
+                program_->Signal(signal);
+                EXPECT_EQ(program_->Wait().status, 130);
+                const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+                server_.Signal(SIGCONT);
+                EXPECT_LT(took.count(), hangs ? 2.0 : 0.5);
+            }
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ public:
         server_->Hasten();                           // what it does too late is no fault of ours
     }
     void Stop(int signal) { server_->Stop(signal); }
+    void Signal(int signal) const { server_->Signal(signal); }
 
     // What the output plays from now on: left and right by turns. Recording keeps the output awake; without it, the
     // server would hear its programs once in a second.
