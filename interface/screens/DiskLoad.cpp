@@ -73,7 +73,7 @@ std::string DiskOpScreen::ReadSong() {
     if (!song) return ReasonOf(report);
     if (unknownChunks && !report.lines.empty()) report.lines.push_back(kNewerPartsLine);
     auto& request = State().requests.song;
-    request.fileName = isBackup_ ? song->fileName : FullPath(m_szChosenFile);
+    request.fileName = isBackup_ ? std::string() : FullPath(m_szChosenFile);
     request.offeredName = request.fileName.empty() ? "" : SongFileName(NameOf(request.fileName), SaveFormat::Native);
     request.object = std::move(song);
     request.unknownChunks = unknownChunks && report.lines.empty();

@@ -36,7 +36,7 @@ public:
     // Between two frames: the save or the load that the last one has told of.
     void WorkNow();
     void LoadDropped(const std::string& path);   // asks for it, by the name's suffix
-    // A backup comes back as a song that is not saved, whose own file, if it has one, is not the backup.
+    // A backup comes back as a song that is not saved and has no file: the backup is none to save over.
     void LoadBackup(const std::string& path);
 
     // --- Saving: a name, a question if a file has it, a request. DiskSave.cpp

@@ -161,11 +161,8 @@ DiskOpScreen::Outcome DiskOpScreen::WriteSong() {
     const MixerPause pause(Player());
     Song& song = CurrentSong();
     const std::string before = song.fileName;
-    song.SetFileName(m_szSaveFile);
-    if (SaveFile(&stream, kModes[static_cast<int>(savedFormat_)], song, options) != 0) {
-        song.SetFileName(before);
+    if (SaveFile(&stream, kModes[static_cast<int>(savedFormat_)], song, options) != 0)
         return {false, !report.error.empty() ? report.error : !stream.Error().empty() ? stream.Error() : kUnwritable, {}};
-    }
     if (report.lines.empty() || savedFormat_ == SaveFormat::Native) {
         State().MarkSaved();
         isWhole_ = true;

@@ -84,7 +84,7 @@ TEST_P(WritingASong, FromTheFirstNoteToTheSavedFileWithKeysAndMouseAlone) {
 
     SaveAs(desktop, "phrase", kSaveNative);
     SaveAs(desktop, "phrase", kSaveXm);
-    desktop.Keys("Return");                          // it tells that XM has fewer volumes
+    desktop.Keys("Return Escape");                   // it tells that XM has fewer volumes; then the Disk Op closes
     ASSERT_EQ(desktop.Quit(), 0);
 
     const auto song = desktop.Load("phrase.vtm");
@@ -103,6 +103,7 @@ TEST_P(WritingASong, FromTheFirstNoteToTheSavedFileWithKeysAndMouseAlone) {
     desktop.Start("phrase.vtm");
     desktop.Keys("ctrl+d");
     SaveAs(desktop, "window", kSaveWav);
+    desktop.Keys("Escape");
     ASSERT_EQ(desktop.Quit(), 0);
     ASSERT_EQ(RunVonta({"render", "phrase.vtm", "-o", "line"}, desktop.songs_.Path()).status, 0);
     EXPECT_FALSE(desktop.songs_.Bytes("line.wav").empty());

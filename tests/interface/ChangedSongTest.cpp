@@ -164,14 +164,15 @@ TEST(LoadReport, StandsInTheWindowAndKeepsTheDamagedOriginal) {
     EXPECT_EQ(rig.directory.Text("cut.vtm"), cut);
 }
 
-TEST(Backup, ComesBackAsTheSongThatItWasNotSaved) {
+TEST(Backup, ComesBackAsASongThatIsNotSaved) {
     SongRig rig;
     std::filesystem::copy(rig.directory.File("own.vtm"), rig.directory.File("backup.vtm"));
     rig.Disk().LoadBackup(rig.directory.File("backup.vtm"));
     rig.Frames();
     EXPECT_TRUE(rig.state.IsChanged());
-    EXPECT_EQ(rig.FileOfSong(), "own.vtm");
-    EXPECT_EQ(rig.state.m_szSongName, "own.vtm");
+    rig.Disk().SavePresent();
+    EXPECT_EQ(rig.ui.Mode(), DialogMode::Save);  // it is not saved over the backup
+    EXPECT_EQ(rig.state.m_szSongName, "noname");
 }
 
 TEST(Escape, ClosesWhatIsOpenBeforeItAsksToLeave) {
