@@ -56,13 +56,18 @@ void LoadLoop(const ModSample& record, SampleData& data) {
     if (length > kModWordBytes) data.loopType = VTSAMPLE_LOOP_FORDWARD;
 }
 
+// What the file has of the next wave, in whole words: it is saved again as it was loaded.
+std::uint32_t HeldBytes(const Reader& in, const ModSample& record) {
+    return static_cast<std::uint32_t>(
+        std::min<std::int64_t>(WordsToBytes(record.length), in.Remaining() / kModWordBytes * kModWordBytes));
+}
+
 std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record) {
     auto sample = std::make_unique<Sample>();
-    const std::int64_t size = WordsToBytes(record.length);
-    const std::int64_t held = std::min(size, in.Remaining());
-    if (held > 0) ReadWaveValues<std::int8_t>(in, sample->Allocate(static_cast<std::uint32_t>(held), 1));
+    const std::uint32_t held = HeldBytes(in, record);
+    if (held > 0) ReadWaveValues<std::int8_t>(in, sample->Allocate(held, 1));
     LoadLoop(record, *sample->data);
-    if (held < size) CutLoop(*sample);
+    if (held < WordsToBytes(record.length)) CutLoop(*sample);
     sample->volume = static_cast<std::uint8_t>(2 * std::min(record.volume, kModVolume));
     sample->fineTune = static_cast<std::int8_t>(record.fineTune * 16);
 
@@ -77,7 +82,7 @@ std::unique_ptr<Instrument> MakeInstrument(Reader& in, const ModSample& record) 
 void LoadInstruments(Reader& in, const ModHeader& header, Song& song, LoadReport& report) {
     int missing = 0;
     for (const ModSample& record : header.samples) {
-        const std::int64_t size = WordsToBytes(record.length), held = std::min(size, in.Remaining());
+        const std::uint32_t size = WordsToBytes(record.length), held = HeldBytes(in, record);
         song.AddInstrument(MakeInstrument(in, record));
         if (held == size || in.Truncated()) continue;
         if (held > 0)
