@@ -22,6 +22,8 @@ public:
     virtual void Mark(Touched& touched) const = 0;
     // Whether undoing this one undoes `later` too, which is then dropped: a drag leaves one value, not hundreds.
     virtual bool Covers(const Change& /*later*/) const { return false; }
+    // Takes over what the one that follows it at once holds: one list of cells for a whole take.
+    virtual bool Append(Change& /*next*/) { return false; }
     // Texts and controls that work on parts of the song may have lost them.
     virtual bool TakesParts() const { return false; }
 };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -22,6 +23,7 @@ public:
     void Swap(SndPlayer& player, Way way) override;
     std::size_t Bytes() const override { return sizeof *this + cells_.capacity() * sizeof(Entry); }
     void Mark(Touched& touched) const override;
+    bool Append(Change& next) override;
 
 private:
     struct Entry {
@@ -63,6 +65,8 @@ public:
             const T former = vonta::Load(*value);
             vonta::Store(*value, other_);
             other_ = former;
+        } else if constexpr (std::is_same_v<T, std::string>) {   // the audio side reads no texts
+            std::swap(*value, other_);
         } else {
             const Hold hold(player);
             std::swap(*value, other_);
@@ -79,6 +83,31 @@ private:
     Field<T> field_;
     const T* at_;
     T other_;
+};
+
+// The speed that the song begins with, and with it that of what plays.
+class SpeedChange final : public Change {
+public:
+    SpeedChange(std::uint32_t bpm, std::uint32_t tempo) : bpm_(bpm), tempo_(tempo) {}
+    void Swap(SndPlayer& player, Way way) override;
+    std::size_t Bytes() const override { return sizeof *this; }
+    void Mark(Touched& touched) const override { touched.Add({}); }
+    bool Covers(const Change& later) const override { return dynamic_cast<const SpeedChange*>(&later) != nullptr; }
+
+private:
+    std::uint32_t bpm_, tempo_;
+};
+
+class MasterVolumeChange final : public Change {
+public:
+    explicit MasterVolumeChange(float value) : value_(value) {}
+    void Swap(SndPlayer& player, Way way) override;
+    std::size_t Bytes() const override { return sizeof *this; }
+    void Mark(Touched& touched) const override { touched.Add({}); }
+    bool Covers(const Change& later) const override { return dynamic_cast<const MasterVolumeChange*>(&later) != nullptr; }
+
+private:
+    float value_;
 };
 
 class PatternChange final : public Change {
@@ -99,11 +128,12 @@ public:
     void Swap(SndPlayer& player, Way way) override;
     std::size_t Bytes() const override;
     void Mark(Touched& touched) const override;
-    bool TakesParts() const override { return true; }
+    bool TakesParts() const override { return other_ != nullptr; }   // what fills an empty slot takes nothing
 
 private:
     int slot_;
     std::unique_ptr<Instrument> other_;
+    std::uint32_t rate_ = 0;                     // Hz, at which the other's own synth was last worked
 };
 
 // A whole sample of an instrument that is there.
@@ -114,11 +144,25 @@ public:
     void Swap(SndPlayer& player, Way way) override;
     std::size_t Bytes() const override;
     void Mark(Touched& touched) const override;
-    bool TakesParts() const override { return true; }
+    bool TakesParts() const override { return other_ != nullptr; }   // what fills an empty slot takes nothing
 
 private:
     int instrument_, sample_;
     std::unique_ptr<Sample> other_;
+};
+
+// Two instruments, or two samples, change places.
+class PlacesChange final : public Change {
+public:
+    struct Where { int instrument, sample; };    // sample -1: the whole instrument
+    PlacesChange(const Where& a, const Where& b) : a_(a), b_(b) {}
+    void Swap(SndPlayer& player, Way way) override;
+    std::size_t Bytes() const override { return sizeof *this; }
+    void Mark(Touched& touched) const override;
+    bool TakesParts() const override { return true; }
+
+private:
+    Where a_, b_;
 };
 
 // The wave of a sample, its loop and the selection on it; clones of the sample go on playing what it holds.
@@ -139,32 +183,35 @@ private:
 // A plug-in of the song, with what the file said of one that could not be loaded.
 class SynthChange final : public Change {
 public:
-    SynthChange(int slot, std::unique_ptr<SynthPlugin> other, std::vector<std::uint8_t> missing)
-        : slot_(slot), other_(std::move(other)), missing_(std::move(missing)) {}
+    // rate: at which `other` was initialised, Hz
+    SynthChange(int slot, std::unique_ptr<SynthPlugin> other, std::uint32_t rate)
+        : slot_(slot), other_(std::move(other)), rate_(rate) {}
     void Swap(SndPlayer& player, Way way) override;
     std::size_t Bytes() const override { return sizeof *this + missing_.size(); }
     void Mark(Touched& touched) const override { touched.Add({}); }
-    bool TakesParts() const override { return true; }
+    bool TakesParts() const override { return other_ != nullptr; }
 
 private:
     int slot_;
     std::unique_ptr<SynthPlugin> other_;
     std::vector<std::uint8_t> missing_;
+    std::uint32_t rate_;
 };
 
 class EffectChange final : public Change {
 public:
-    EffectChange(int slot, std::unique_ptr<EffectSlot> other, std::vector<std::uint8_t> missing)
-        : slot_(slot), other_(std::move(other)), missing_(std::move(missing)) {}
+    EffectChange(int slot, std::unique_ptr<EffectSlot> other, std::uint32_t rate)
+        : slot_(slot), other_(std::move(other)), rate_(rate) {}
     void Swap(SndPlayer& player, Way way) override;
     std::size_t Bytes() const override { return sizeof *this + missing_.size(); }
     void Mark(Touched& touched) const override { touched.Add({}); }
-    bool TakesParts() const override { return true; }
+    bool TakesParts() const override { return other_ != nullptr; }
 
 private:
     int slot_;
     std::unique_ptr<EffectSlot> other_;
     std::vector<std::uint8_t> missing_;
+    std::uint32_t rate_;
 };
 
 // Another song: the whole old one waits here, with its effects.

@@ -34,6 +34,16 @@ void Editor::SetRows(int number, int rows) {
     Record(std::make_unique<RowsChange>(number, rows));
 }
 
+void Editor::SetSpeed(std::uint32_t bpm, std::uint32_t tempo) {
+    GetSong().KeepStart();
+    if (bpm == GetSong().StartBpm() && tempo == GetSong().StartTempo()) return;
+    Record(std::make_unique<SpeedChange>(bpm, tempo));
+}
+
+void Editor::SetMasterVolume(float value) {
+    if (vonta::Load(GetSong().masterVolume) != value) Record(std::make_unique<MasterVolumeChange>(value));
+}
+
 void Editor::SetPattern(int number, std::unique_ptr<Pattern> pattern) {
     if (!IsPattern(number) || (!pattern && !GetSong().GetPattern(number))) return;
     if (pattern) Set(SongField(&Song::numPatterns), std::max(GetSong().numPatterns, number + 1));
@@ -62,6 +72,26 @@ void Editor::SetSample(int slot, int sample, std::unique_ptr<Sample> object) {
     Record(std::make_unique<SampleChange>(slot, sample, std::move(object)));
 }
 
+void Editor::ExchangeInstruments(int a, int b) {
+    const Song& song = GetSong();
+    if (!IsInstrument(a) || !IsInstrument(b) || a == b || (!song.GetInstrument(a) && !song.GetInstrument(b))) return;
+    Set(SongField(&Song::numInstruments), std::max({song.numInstruments, a + 1, b + 1}));
+    Record(std::make_unique<PlacesChange>(PlacesChange::Where{a, -1}, PlacesChange::Where{b, -1}));
+}
+
+void Editor::ExchangeSamples(int instrumentA, int sampleA, int instrumentB, int sampleB) {
+    const PlacesChange::Where a{instrumentA, sampleA}, b{instrumentB, sampleB};
+    for (const auto& [slot, sample] : {a, b}) {
+        const Instrument* owner = GetSong().GetInstrument(slot);
+        if (!owner || owner->kind != 0 || !IsSample(sample)) return;
+    }
+    Record(std::make_unique<PlacesChange>(a, b));
+    for (const auto& [slot, sample] : {a, b}) {
+        const Instrument& owner = *GetSong().GetInstrument(slot);
+        if (owner.GetSample(sample)) Set(InstrumentField(slot, &Instrument::numSamples), std::max(owner.numSamples, sample + 1));
+    }
+}
+
 void Editor::SetWave(int slot, int sample, std::unique_ptr<Sample> wave) {
     const Instrument* owner = GetSong().GetInstrument(slot);
     if (owner && owner->GetSample(sample) && wave) Record(std::make_unique<WaveChange>(slot, sample, std::move(wave)));
@@ -70,16 +100,18 @@ void Editor::SetWave(int slot, int sample, std::unique_ptr<Sample> wave) {
 void Editor::SetSynth(int slot, std::unique_ptr<SynthPlugin> synth) {
     const Song& song = GetSong();
     if (!IsInstrument(slot) || (!synth && !song.GetSynth(slot) && !song.missingSynths.contains(slot))) return;
-    Record(std::make_unique<SynthChange>(slot, std::move(synth), std::vector<std::uint8_t>{}));
+    const std::uint32_t rate = player_.GetMixer().sampleRate;
+    Record(std::make_unique<SynthChange>(slot, std::move(synth), rate));
 }
 
 void Editor::SetEffect(int slot, std::unique_ptr<EffectSlot> effect) {
     if (slot < 0 || slot >= kEffectSlots) return;
     const auto& place = player_.GetMixer().effects[static_cast<std::size_t>(slot)];
     if (!effect && !place && !GetSong().missingEffects.contains(slot)) return;
-    if (effect && !effect->Init(0, 0, 0, player_.GetMixer().sampleRate)) return;
+    const std::uint32_t rate = player_.GetMixer().sampleRate;
+    if (effect && !effect->Init(0, 0, 0, rate)) return;
     if (effect && place) effect->on = vonta::Load(place->on);
-    Record(std::make_unique<EffectChange>(slot, std::move(effect), std::vector<std::uint8_t>{}));
+    Record(std::make_unique<EffectChange>(slot, std::move(effect), rate));
 }
 
 void Editor::SetSong(std::unique_ptr<Song> song) {

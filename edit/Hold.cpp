@@ -2,11 +2,6 @@
 
 namespace vonta {
 
-void StopInstrument(SndPlayer& player, int slot) {
-    (void)slot;
-    player.StopNotes();
-}
-
 void StopSample(SndPlayer& player, const SampleData& data) {
     const Song& song = player.GetSong();
     for (int slot = 0; slot < kMaxInstruments; ++slot) {
@@ -14,7 +9,7 @@ void StopSample(SndPlayer& player, const SampleData& data) {
         for (int i = 0; instrument && i < kMaxSamples; ++i) {
             const Sample* sample = instrument->GetSample(i);
             if (!sample || &sample->data->Source() != &data) continue;
-            StopInstrument(player, slot);
+            player.StopInstrument(slot);
             break;
         }
     }

@@ -1,22 +1,15 @@
-// How an edit exchanges what the audio side may be reading.
+// How an edit exchanges what the audio side may be reading: the block cycle stands still between two blocks, long
+// enough for a pointer to change, and nobody hears it.
 #pragma once
 
 #include "engine/SndPlayer.h"
 
 namespace vonta {
 
-// The block cycle stands still while it lives: long enough for a pointer to change.
-class Hold {
-public:
-    explicit Hold(SndPlayer& player) : pause_(player) {}
+using Hold = CycleHold;
 
-private:
-    MixerPause pause_;
-};
-
-// Inside a Hold: ends what sounds of an instrument, of its samples and of the clones that play them, so that they may
-// leave the song. Everything else plays on.
-void StopInstrument(SndPlayer& player, int slot);
+// Inside a Hold: ends what sounds of the instruments that play this wave, their own or as a clone, so that it may leave
+// the song. Everything else plays on.
 void StopSample(SndPlayer& player, const SampleData& data);
 
 }  // namespace vonta

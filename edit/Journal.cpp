@@ -53,8 +53,9 @@ void Journal::End() {
 
 void Journal::Join(Step& into, Step&& step) {
     for (auto& change : step.changes) {
-        const bool covered = std::ranges::any_of(into.changes, [&](const auto& former) { return former->Covers(*change); });
-        if (!covered) into.changes.push_back(std::move(change));
+        const auto covers = [&](const auto& former) { return former->Covers(*change); };
+        if (std::ranges::any_of(into.changes, covers) || into.changes.back()->Append(*change)) continue;
+        into.changes.push_back(std::move(change));
     }
     into.after = step.after;
     bytes_ -= into.bytes;
@@ -92,6 +93,7 @@ void Journal::Swap(Step& step, Change::Way way) {
     step.bytes = BytesOf(step);
     bytes_ += step.bytes;
     joinable_ = false;
+    KeepBudget();
 }
 
 const Step* Journal::Undo() {
@@ -124,13 +126,13 @@ void Journal::DropRedo() {
     redo_.clear();
 }
 
-// What was undone goes first, farthest from the present; then the oldest steps.
+// What was undone goes first, farthest from the present; then the oldest steps. The next of each stays.
 void Journal::KeepBudget() {
     const auto drop = [&](std::deque<Step>& steps) {
         bytes_ -= steps.front().bytes;
         steps.pop_front();
     };
-    while (bytes_ > budget_ && !redo_.empty()) drop(redo_);
+    while (bytes_ > budget_ && redo_.size() > 1) drop(redo_);
     while (bytes_ > budget_ && undo_.size() > 1) drop(undo_);
 }
 

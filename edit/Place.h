@@ -9,6 +9,15 @@
 
 namespace vonta {
 
+// Columns of a track.
+enum Column : int {
+    kColumnNote, kColumnInstrumentHigh, kColumnInstrumentLow, kColumnVolumeHigh, kColumnVolumeLow, kColumnEffect,
+    kColumnParamHigh, kColumnParamLow,
+};
+constexpr int kColumns = 8;
+
+inline bool IsVolumeColumn(int column) { return column == kColumnVolumeHigh || column == kColumnVolumeLow; }
+
 // Where the cursor stood: undo and redo bring it there. Numbers count from 0; -1 says nothing.
 struct Place {
     int pattern = -1, position = -1;             // position in the order list

@@ -2,6 +2,7 @@
 
 #include "interface/TrackerInterface.h"
 #include "interface/layout/QuestionLayouts.h"
+#include "interface/view/ListItems.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -45,6 +46,7 @@ void TrackerInterface::Paint() {
 
 // Before the caret goes into a text: the song that holds it may be replaced here.
 void TrackerInterface::AnswerPending() {
+    KeepTyped();
     const Applied applied = state_.ApplyPending();
     if (applied.songParts) {
         StopTextEdit();
@@ -59,12 +61,11 @@ void TrackerInterface::ApplySolo(bool newSong) {
     const int wanted = state_.m_bSolo ? state_.pending.m_nSelected[kListInstruments] : 0;
     if (wanted == soloInstrument_ && !(newSong && wanted > 0)) return;
     soloInstrument_ = wanted;
-    SndPlayer& player = state_.Player();
-    if (wanted == 0) player.UnmuteInstruments();
+    if (wanted == 0) state_.Player().UnmuteInstruments();
     for (int i = 0; i < kMaxInstruments; ++i) {
         const bool mute = wanted > 0 && i != wanted - 1;
-        if (wanted > 0) player.MuteInstrument(i, mute);
-        if (Instrument* instrument = state_.CurrentSong().GetInstrument(i)) Store(instrument->muted, std::uint8_t{mute});
+        if (wanted > 0) state_.Player().MuteInstrument(i, mute);
+        MuteNotesToCome(state_.Player(), i, mute);
     }
 }
 

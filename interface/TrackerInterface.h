@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -135,6 +136,7 @@ public:
 
     // --- Text editing. TextEdit.cpp
     void StartTextEdit(std::string& text, bool selected = false);   // selected: what is typed takes its place
+    void StartTextEdit(StepName name, const Place& at, Field<std::string> text);   // of the song: one step
     void EndTextEdit() { m_bEndTextEdit = true; }
     void StopTextEdit();                         // at once: the text's owner is going
     bool IsEditingText() const { return editedText_ != nullptr; }
@@ -158,6 +160,7 @@ private:
     void PaintOverlays();
     bool Lock();
     void Unlock();
+    void KeepTyped();
     bool IsBusy() const { return state_.m_bSaveRequested || state_.m_bLoadRequested; }
 
     void PollKeys();
@@ -195,6 +198,9 @@ private:
     bool m_bEndTextEdit = false;
     std::string* editedText_ = nullptr;
     bool textSelected_ = false;
+    // The text of the song that is edited, as it stood when it was last looked at, and the gesture that its step is.
+    struct SongText { StepName name; Place at; Field<std::string> field; std::string former; std::uint32_t gesture; };
+    std::optional<SongText> songText_;
     bool keyboardOwned_ = false;
     bool keysAnswered_ = false;                  // the keys of this poll belong to a question
     bool lastLeft_ = false, lastRight_ = false;

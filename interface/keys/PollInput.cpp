@@ -34,6 +34,7 @@ WheelModifier WheelModifierOf(int mask) {
 
 void TrackerInterface::PollInput() {
     const int ticks = TakeTicks(Now(), SettingsOf(state_.Settings()).keyboard.ticksPerSecond, m_nKeyLast, m_nKeyRest);
+    state_.HoldGesture(lastLeft_ || lastRight_);
     PollKeys();
     PollWheel();
     PollMidi();
@@ -104,6 +105,7 @@ void TrackerInterface::PollMouse() {
     lastLeft_ = mouse.left;
     lastRight_ = mouse.right;
     if (mouse.leftEdge || mouse.rightEdge) StopTextEdit();
+    state_.HoldGesture(mouse.left || mouse.right);
     regions_.Update(mouse, repeat.delay);
     KeepNameEdited();
 }

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "app/config/ConfigSettings.h"
+#include "edit/Numbers.h"
 #include "interface/layout/ConfigLayout.h"
 #include "interface/layout/PatternPictures.h"
 #include "interface/TrackerInterface.h"
@@ -61,7 +62,7 @@ struct ConfigValues {
     static void StepAmplification(Self& screen, int by) {
         const float percent = std::round(screen.MasterVolume() * 100) + static_cast<float>(by);
         screen.Settings().amplification = kAmplificationRange.Clamp(percent / 100);
-        screen.Player().SetMasterVolume(screen.Settings().amplification);
+        SetMasterVolume(screen.State().Edits(), screen.State().Here(), screen.Settings().amplification);
     }
     static std::string AmplificationText(const Self& screen) {
         return Formatted("%03i %%", static_cast<int>(std::lround(screen.MasterVolume() * 100)));

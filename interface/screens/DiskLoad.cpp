@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "edit/Samples.h"
 #include "formats/Loaders.h"
 #include "interface/TrackerInterface.h"
 #include "interface/screens/DiskOpScreen.h"
@@ -98,12 +99,14 @@ std::string DiskOpScreen::ReadInstrument() {
 
 std::string DiskOpScreen::ReadSample() {
     LoadReport report;
-    auto sample = LoadSample(m_szChosenFile, Settings().Has(kAutoTuneSample), report);
-    if (!sample) return ReasonOf(report);
-    sample->SetName(State().m_szRequestedFile);
     auto& request = State().requests.sample;
     request.instrument = State().pending.m_nSelected[kListInstruments] - 1;
     request.sample = State().pending.m_nSample;
+    // What takes another one's place is played as that was: the song goes on in tune.
+    const bool tune = Settings().Has(kAutoTuneSample) && IsSampleSlotEmpty(CurrentSong(), request.instrument, request.sample);
+    auto sample = LoadSample(m_szChosenFile, tune, report);
+    if (!sample) return ReasonOf(report);
+    sample->SetName(State().m_szRequestedFile);
     request.object = std::move(sample);
     request.fileName = State().m_szRequestedFile;
     TellLoaded(report);

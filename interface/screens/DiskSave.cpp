@@ -159,7 +159,7 @@ DiskOpScreen::Outcome DiskOpScreen::WriteSong() {
     DiskStream stream;
     if (!stream.Open(m_szSaveFile, "wb")) return {false, stream.Error(), {}};
     const MixerPause pause(Player());
-    Song& song = CurrentSong();
+    Song& song = Player().GetSong();
     const std::string before = song.fileName;
     if (SaveFile(&stream, kModes[static_cast<int>(savedFormat_)], song, options) != 0)
         return {false, !report.error.empty() ? report.error : !stream.Error().empty() ? stream.Error() : kUnwritable, {}};

@@ -153,26 +153,42 @@ void MainScreen::OnItem(ControlRecord& record) {
     const ListKind list = Ui().CurrentList();
     const int item = ItemOfRow(PressedRow(record, kItemRows));
     if (record.rightPressed) {
-        if (list == kListInstruments) Ui().StartTextEdit(State().EnsureInstrument(item - 1).name);
+        if (list == kListInstruments) EditInstrumentName(item - 1);
         return;
     }
     if (record.leftPressed) State().SelectItem(list, item);
-    Instrument* instrument = list == kListInstruments ? CurrentSong().GetInstrument(item - 1) : nullptr;
-    if (instrument && Ui().ShiftHeld()) Store(instrument->color, RainbowColour(static_cast<float>(record.x) * kRainbowWidth));
+    if (list == kListInstruments && Ui().ShiftHeld())
+        State().SetInstrumentColour(item - 1, RainbowColour(static_cast<float>(record.x) * kRainbowWidth));
 }
 
 void MainScreen::OnSource(ControlRecord& record) {
     if (Ui().CurrentList() != kListInstruments) return;
     const int item = ItemOfRow(RowAt(record, kItemRows));
     if (!Ui().ShiftHeld()) State().pending.m_nSourceInstrument = item;
-    else if (Instrument* instrument = CurrentSong().GetInstrument(item - 1)) Store(instrument->color, kPlainInstrument);
+    else State().SetInstrumentColour(item - 1, kPlainInstrument);
 }
 
 void MainScreen::OnSample(ControlRecord& record) {
     const int sample = SampleOfRow(RowAt(record, kSampleRows));
     const int instrument = State().pending.m_nSelected[kListInstruments] - 1;
-    if (record.rightPressed) Ui().StartTextEdit(State().EnsureSample(instrument, sample).name);
+    if (record.rightPressed) EditSampleName(instrument, sample);
     else State().pending.m_nSample = sample;
+}
+
+// A name makes what it names.
+void MainScreen::EditInstrumentName(int instrument) {
+    Place at = State().Here();
+    at.instrument = instrument;
+    State().EnsureInstrument(instrument);
+    Ui().StartTextEdit(kStepInstrumentName, at, InstrumentField(instrument, &Instrument::name));
+}
+
+void MainScreen::EditSampleName(int instrument, int sample) {
+    Place at = State().Here();
+    at.instrument = instrument;
+    at.sample = sample;
+    State().EnsureSample(instrument, sample);
+    Ui().StartTextEdit(kStepSampleName, at, SampleField(instrument, sample, &Sample::name));
 }
 
 void MainScreen::OnSampleSource(ControlRecord& record) {
@@ -189,7 +205,9 @@ void MainScreen::OnSampleSlider(ControlRecord& record) {
     State().pending.m_nListScroll = static_cast<int>(place * static_cast<float>(kLastSampleScroll));
 }
 
-void MainScreen::OnTitle(ControlRecord&) { Ui().StartTextEdit(CurrentSong().title); }
+void MainScreen::OnTitle(ControlRecord&) {
+    Ui().StartTextEdit(kStepTitle, State().Here(), SongField(&Song::title));
+}
 
 void MainScreen::OnPlay(ControlRecord&) {
     if (Player().IsPlaying()) Player().Stop(0, 1);

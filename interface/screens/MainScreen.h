@@ -51,6 +51,8 @@ private:
     void OnSampleSource(ControlRecord& record);
     void OnSampleSlider(ControlRecord& record);
     void OnTitle(ControlRecord& record);
+    void EditInstrumentName(int instrument);
+    void EditSampleName(int instrument, int sample);
 };
 
 }  // namespace vonta

@@ -6,7 +6,7 @@ namespace vonta {
 
 TrackerState& Screen::State() const { return ui_.State(); }
 SndPlayer& Screen::Player() const { return ui_.State().Player(); }
-Song& Screen::CurrentSong() const { return ui_.State().CurrentSong(); }
+const Song& Screen::CurrentSong() const { return ui_.State().CurrentSong(); }
 Config& Screen::Settings() const { return ui_.State().Settings(); }
 Video& Screen::Surfaces() const { return ui_.Surfaces(); }
 Skin& Screen::Pictures() const { return ui_.Pictures(); }

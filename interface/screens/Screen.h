@@ -62,7 +62,7 @@ protected:
     // Shortcuts to what every screen works with; defined in Screen.cpp.
     TrackerState& State() const;
     SndPlayer& Player() const;
-    Song& CurrentSong() const;
+    const Song& CurrentSong() const;
     Config& Settings() const;
     Video& Surfaces() const;
     Skin& Pictures() const;

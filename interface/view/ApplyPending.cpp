@@ -2,17 +2,14 @@
 #include <filesystem>
 #include <utility>
 
-#include "interface/view/EditCell.h"
+#include "edit/Effects.h"
+#include "edit/Instruments.h"
+#include "edit/Samples.h"
+#include "edit/WholeSong.h"
 #include "interface/view/TrackerState.h"
 
 namespace vonta {
 namespace {
-
-// What belongs to the place in the song rather than to the sound that is loaded into it.
-void KeepOfSlot(const Instrument& former, Instrument& next) {
-    next.muted = former.muted;
-    if (next.color == Instrument{}.color) next.color = former.color;
-}
 
 std::string NameOfFile(const std::string& fileName) { return std::filesystem::path(fileName).stem().string(); }
 
@@ -30,6 +27,7 @@ Applied TrackerState::ApplyPending() {
     ApplySoloChannel();
     SelectByKeys();
     TakeFrame();
+    applied_.songParts |= edits_.Steps().TakePartsTaken();
     return std::exchange(applied_, {});
 }
 
@@ -41,8 +39,9 @@ void TrackerState::ApplyDeletes() {
 void TrackerState::ApplyInstrument() {
     auto& request = requests.instrument;
     if (!request.object) return;
-    if (const Instrument* former = CurrentSong().GetInstrument(request.slot)) KeepOfSlot(*former, *request.object);
-    InstallInstrument(request.slot, std::move(request.object));
+    Place at = Here();
+    at.instrument = request.slot;
+    LoadIntoSlot(edits_, at, std::move(request.object));
     m_szInstrumentName = request.fileName;
     request = {};
 }
@@ -50,80 +49,45 @@ void TrackerState::ApplyInstrument() {
 void TrackerState::ApplySynth() {
     auto& request = requests.synth;
     if (!request.object && !request.remove) return;
-    {
-        const SilentPause pause(player_);
-        CurrentSong().SetSynth(request.slot, std::move(request.object));
-        CurrentSong().missingSynths.erase(request.slot);
-    }
-    applied_.songParts = true;
+    LoadSynth(edits_, Here(), request.slot, std::move(request.object));
     request = {};
 }
 
 void TrackerState::ApplySample() {
     auto& request = requests.sample;
     if (!request.object) return;
-    InstallSample(request.instrument, request.sample, std::move(request.object));
-    if (Instrument* owner = CurrentSong().GetInstrument(request.instrument); owner && request.sample == 0)
-        owner->SetName(NameOfFile(request.fileName));
+    Place at = Here();
+    at.instrument = request.instrument;
+    at.sample = request.sample;
+    LoadIntoSlot(edits_, at, std::move(request.object), NameOfFile(request.fileName));
     m_szSampleName = request.fileName;
     request = {};
 }
 
 void TrackerState::ApplyEffects() {
-    if (std::exchange(requests.clearEffects, false)) {
-        const SilentPause pause(player_);
-        for (int slot = 0; slot < kEffectSlots; ++slot) player_.GetMixer().SetEffect(slot, nullptr);
-        CurrentSong().missingEffects.clear();
-        applied_.songParts = true;
-    }
+    if (std::exchange(requests.clearEffects, false)) vonta::ClearEffects(edits_, Here());
     auto& request = requests.effect;
     if (!request.object && !request.remove) return;
-    {
-        const MixerPause pause(player_);
-        player_.GetMixer().SetEffect(request.slot, std::move(request.object));
-        CurrentSong().missingEffects.erase(request.slot);
-    }
-    applied_.songParts = true;
+    LoadEffect(edits_, Here(), request.slot, std::move(request.object));
     request = {};
 }
 
 void TrackerState::ApplySong() {
     auto& request = requests.song;
     if (!request.object) return;
-    const bool played = player_.IsPlaying();
     request.object->KeepStart();
-    {
-        const SilentPause pause(player_);
-        player_.SetSong(std::move(request.object));
-        CurrentSong().SetFileName(request.fileName);
-    }
-    if (played) player_.Play(0);
-    m_szSongName = request.offeredName;
+    request.object->SetFileName(request.fileName);
+    ReplaceSong(edits_, request.name, Here(), std::move(request.object));
     MarkSaved();
     if (request.changed) MarkChanged();
-    applied_.songParts = true;
+    m_szSongName = request.offeredName;
     applied_.unknownChunks |= request.unknownChunks;
     request = {};
 }
 
 void TrackerState::ApplyZaps() {
-    Song& song = CurrentSong();
-    if (std::exchange(requests.newPatterns, false)) {
-        const SilentPause pause(player_);
-        for (auto& pattern : song.patterns) pattern.reset();
-        song.numPatterns = 0;
-        song.SetPatternList({});
-        song.SetPatternPosLenght(1);
-        song.SetPatternPosRestart(0);
-        player_.SetPosition(0);
-        player_.SetRow(0);
-    }
-    if (std::exchange(requests.newInstruments, false)) {
-        const SilentPause pause(player_);
-        for (auto& instrument : song.instruments) instrument.reset();
-        song.numInstruments = 0;
-        applied_.songParts = true;
-    }
+    if (std::exchange(requests.newPatterns, false)) vonta::ClearPatterns(edits_, Here());
+    if (std::exchange(requests.newInstruments, false)) vonta::ClearInstruments(edits_, Here());
 }
 
 // The solo follows the cursor. Only a change mutes, so that a channel can be brought back by hand meanwhile.
@@ -136,7 +100,7 @@ void TrackerState::ApplySoloChannel() {
 
 void TrackerState::TakeFrame() {
     LimitCursor();
-    CurrentSong().KeepStart();                   // of one that came by another road
+    player_.GetSong().KeepStart();                   // of one that came by another road
     frame = pending;
     const PlayPosition at = player_.GetCurrentPlayPos();
     m_pPattern = at.current;

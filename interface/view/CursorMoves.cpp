@@ -15,8 +15,6 @@ int LastColumn(int visibleChannels) {
     return visibleChannels > kMostWithEffects ? kColumnInstrumentLow : kColumnParamLow;
 }
 
-bool IsVolumeColumn(int column) { return column == kColumnVolumeHigh || column == kColumnVolumeLow; }
-
 }  // namespace
 
 int TrackerState::CursorRow() const { return std::min(player_.GetCurrentPlayPos().row, PatternRows() - 1); }

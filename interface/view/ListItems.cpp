@@ -49,13 +49,16 @@ bool IsItemMuted(const TrackerState& state, ListKind list, int item) {
     return instrument && instrument->muted;
 }
 
+void MuteNotesToCome(SndPlayer& player, int slot, bool on) {
+    if (Instrument* instrument = player.GetSong().GetInstrument(slot)) Store(instrument->muted, std::uint8_t{on});
+}
+
 void ToggleItemMute(TrackerState& state, ListKind list, int item) {
     const std::uint8_t muted = IsItemMuted(state, list, item) ? 0 : 1;
     if (list == kListInstruments) {
-        Instrument* instrument = state.CurrentSong().GetInstrument(item - 1);
-        if (!instrument) return;
-        Store(instrument->muted, muted);         // of the notes to come; the next, of those that sound
-        state.Player().MuteInstrument(item - 1, muted != 0);
+        if (!state.CurrentSong().GetInstrument(item - 1)) return;
+        MuteNotesToCome(state.Player(), item - 1, muted != 0);
+        state.Player().MuteInstrument(item - 1, muted != 0);   // those that sound
     } else if (list == kListEffects) {
         if (EffectSlot* effect = EffectAt(state, item)) Store(effect->muted, muted);
     } else if (SynthPlugin* synth = state.CurrentSong().GetSynth(item - 1)) {

@@ -12,6 +12,7 @@ namespace vonta {
 std::string NameOfItem(const TrackerState& state, ListKind list, int item);
 bool IsItemMuted(const TrackerState& state, ListKind list, int item);
 void ToggleItemMute(TrackerState& state, ListKind list, int item);
+void MuteNotesToCome(SndPlayer& player, int slot, bool on);      // of an instrument; no step, as all mutes
 
 constexpr std::uint32_t kPlainInstrument = 0xE0E0E0;
 

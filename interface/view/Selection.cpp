@@ -12,7 +12,7 @@ constexpr int kCallsPerTrack = 10;               // of SelectionExtend, until th
 
 }  // namespace
 
-TrackerState::Place TrackerState::PlaceAt(int x, int y) const {
+TrackerState::ViewPlace TrackerState::PlaceAt(int x, int y) const {
     const PatternView& view = ViewOf(pending.m_nVisibleChannels);
     const int row = CursorRow() + y / kRowHeight - kRowsAboveCursor;
     const int track = x < kTracksLeft ? -1 : std::min((x - kTracksLeft) / view.mouseWidth, view.channels - 1);
@@ -20,19 +20,19 @@ TrackerState::Place TrackerState::PlaceAt(int x, int y) const {
 }
 
 void TrackerState::SelectionStart(int x, int y) {
-    const Place at = PlaceAt(x, y);
+    const ViewPlace at = PlaceAt(x, y);
     pending.selection = {true, at.channel, at.row, at.channel, at.row};
 }
 
 void TrackerState::SelectionExtend(int x, int y, bool autoscroll) {
-    const Place at = PlaceAt(x, y);
+    const ViewPlace at = PlaceAt(x, y);
     pending.selection.m_nSelChannelB = at.channel;
     pending.selection.m_nSelRowB = at.row;
     if (autoscroll) ScrollToSelect(at);
 }
 
 // At the edges of the view, the view moves on below the mouse.
-void TrackerState::ScrollToSelect(Place at) {
+void TrackerState::ScrollToSelect(ViewPlace at) {
     if (!player_.IsPlaying()) {
         const int top = CursorRow() - kRowsAboveCursor, bottom = top + ViewRows(pending, SongChannels()) - 1;
         if (at.row <= top && at.row > 0) {

@@ -14,11 +14,7 @@ int Selection::Width() const { return std::abs(m_nSelChannelA - m_nSelChannelB) 
 int Selection::Height() const { return std::abs(m_nSelRowA - m_nSelRowB) + 1; }
 
 TrackerState::TrackerState(SndPlayer& player, Config& config, Environment& environment)
-    : player_(player), config_(config), environment_(environment), patternClipboard_(std::make_unique<Pattern>()),
-      blockClipboard_(std::make_unique<Pattern>()), trackClipboard_(std::make_unique<Track>()) {
-    patternClipboard_->SetNumRows(kMaxRows);
-    blockClipboard_->SetNumRows(kMaxRows);
-    trackClipboard_->SetRows(kMaxRows);
+    : player_(player), config_(config), environment_(environment) {
     TakeFrame();
 }
 

@@ -1,5 +1,6 @@
-// The edit state of the whole interface, and every operation of an editor on the song. Keys, mouse, MIDI and scripts
-// call the same operations here.
+// The edit state of the whole interface: cursor, selection, clipboards, what waits. Keys, mouse, MIDI and scripts call
+// the same operations here; those that write to the song hand the place of the cursor to the room of edits, which keeps
+// what they change so that it can be taken back.
 //
 // Values that a handler may change at any time exist twice: `pending`, which handlers write, and `frame`, which
 // ApplyPending copies once a frame and the paint code reads, so that a frame draws one consistent state. What replaces
@@ -11,21 +12,20 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/config/Config.h"
 #include "app/config/Environment.h"
+#include "edit/Clipboards.h"
+#include "edit/Editor.h"
+#include "edit/Ranges.h"
+#include "edit/StepNames.h"
 #include "engine/SndPlayer.h"
 #include "formats/Loaders.h"
 
 namespace vonta {
 
-// Columns of a track.
-enum Column : int {
-    kColumnNote, kColumnInstrumentHigh, kColumnInstrumentLow, kColumnVolumeHigh, kColumnVolumeLow, kColumnEffect,
-    kColumnParamHigh, kColumnParamLow,
-};
-constexpr int kColumns = 8;
 constexpr int kMaxCursorAdd = 32;
 constexpr int kRowHeight = 13;                   // pixels of a row of the pattern view
 constexpr int kRowsAboveCursor = 13;
@@ -35,9 +35,6 @@ constexpr int kItemsOfBlock = 8;
 enum ListKind : int { kListInstruments, kListSynths, kListEffects };
 constexpr int kListKinds = 3;
 constexpr std::array<int, kListKinds> kListItems{128, 128, 8};
-
-// Which cells an operation works on.
-enum class Scope : int { Track, Pattern, Song, Block };
 
 struct Selection {
     bool m_bSelection = false;
@@ -77,8 +74,13 @@ struct PendingRequests {
     struct { int instrument = 0, sample = 0; std::unique_ptr<Sample> object; std::string fileName; } sample;
     bool clearEffects = false;
     struct { int slot = 0; std::unique_ptr<EffectSlot> object; bool remove = false; } effect;
-    // changed: it is not what the file holds. offeredName: what a save proposes.
-    struct { std::unique_ptr<Song> object; std::string fileName, offeredName; bool unknownChunks = false, changed = false; } song;
+    // changed: it is not what the file holds. offeredName: what a save proposes. name: of the step.
+    struct {
+        std::unique_ptr<Song> object;
+        std::string fileName, offeredName;
+        bool unknownChunks = false, changed = false;
+        StepName name = kStepLoadSong;
+    } song;
     bool newPatterns = false, newInstruments = false;   // the Zap's; with clearEffects and a fresh song its four choices
 };
 
@@ -121,15 +123,25 @@ public:
     // Once a frame, before anything is painted.
     Applied ApplyPending();
 
-    // Whether the song would be lost with the program. SongChanged.cpp
-    bool IsChanged() const;
-    void MarkSaved();
-    void MarkChanged() { markedChanged_ = true; }
+    // Whether the song would be lost with the program.
+    bool IsChanged() const { return edits_.IsChanged(); }
+    void MarkSaved() { edits_.MarkSaved(); }
+    void MarkChanged() { edits_.MarkChanged(); }
 
     SndPlayer& Player() const { return player_; }
-    Song& CurrentSong() const { return player_.GetSong(); }
+    const Song& CurrentSong() const { return player_.GetSong(); }    // written through Edits() alone
+    Editor& Edits() { return edits_; }
+    const Editor& Edits() const { return edits_; }
+    Place Here() const;                          // the cursor's
     Config& Settings() const { return config_; }
     const Environment& Kept() const { return environment_; }
+
+    // --- What was done. Steps.cpp. The name of the step that was taken back or done again; empty if there is none. The
+    // cursor goes to where the change is, as far as what plays leaves it to us.
+    std::string_view Undo();
+    std::string_view Redo();
+    void HoldGesture(bool held);                 // whether a button of the mouse is down, as often as it may have changed
+    std::uint32_t NewGesture() { return ++gestures_; }
 
     // --- Cursor. CursorMoves.cpp
     int CursorRow() const;                       // of the player
@@ -156,7 +168,6 @@ public:
     void SelectionOff();
 
     // --- Entry. Entry.cpp. Each makes the pattern first if the number on view has none.
-    Pattern* EnsureOwnPattern();                 // null if it cannot be made: then nothing is written
     int WriteNote(int note, bool multichannel, int& row, bool fromMidi);   // the track
     int EnterDigit(int digit);                   // 1: the key is not for us (note column), 0: taken
     void EnterNoteOff();
@@ -208,11 +219,12 @@ public:
     void ClearInstruments();
     void ClearEffects();
 
-    // --- Instruments and samples. InstrumentEdit.cpp. Each holds the mixer and stops the notes.
-    Instrument* SelectedInstrument() const;      // null if the slot is empty
-    Sample* SelectedSample() const;
-    Instrument& EnsureInstrument(int slot);      // with one empty sample, if the slot is empty
-    Sample& EnsureSample(int instrument, int sample);
+    // --- Instruments and samples. InstrumentEdit.cpp
+    const Instrument* SelectedInstrument() const;   // null if the slot is empty
+    const Sample* SelectedSample() const;
+    const Instrument& EnsureInstrument(int slot);   // with one empty sample, if the slot is empty
+    const Sample& EnsureSample(int instrument, int sample);
+    void SetInstrumentColour(int slot, std::uint32_t rgb);
     void CopyInstrument();                       // source over selected
     void ExchangeInstruments();
     void DeleteInstrument();                     // the selected one, as below
@@ -235,31 +247,28 @@ public:
     void ToggleSoloOf(int channel);              // mutes all others, or none if they are
 
 private:
-    struct Place { int channel, row; };
+    struct ViewPlace { int channel, row; };
 
     // CursorMoves.cpp
     void LimitCursor();
 
     // Selection.cpp
-    Place PlaceAt(int x, int y) const;
-    void ScrollToSelect(Place at);
+    ViewPlace PlaceAt(int x, int y) const;
+    void ScrollToSelect(ViewPlace at);
     void SelectByKeys();
 
+    // Steps.cpp
+    void GoTo(const Place& place);
+    std::string_view Answer(const Step* step);
+
     // Entry.cpp
-    template <class Edit> void EditCursorCell(Edit edit);
+    std::string_view EntryName(std::string_view typed) const;
     int NextMarked(int from) const;
     void ValidateNextMarked();
-    template <class Shift> void ShiftTracks(int first, int end, Shift shift);
-
-    // Clipboards.cpp
-    void CopyBlockCells(bool cut);
 
     // RangeEdit.cpp
-    template <class Edit> void EditCells(Scope scope, Edit edit);
-
-    // InstrumentEdit.cpp
-    void InstallInstrument(int slot, std::unique_ptr<Instrument> instrument);
-    void InstallSample(int instrument, int sample, std::unique_ptr<Sample> object);
+    CellBlock SelectedBlock() const;
+    Range RangeOf(Scope scope) const;
 
     // Transport.cpp
     void MuteChannel(int channel, bool on);
@@ -279,13 +288,11 @@ private:
     Config& config_;
     Environment& environment_;
     Applied applied_;                            // since the last ApplyPending
-    bool markedChanged_ = false;
-    std::uint64_t savedFingerprint_ = 0;         // of the song as it was saved
 
-    std::unique_ptr<Pattern> patternClipboard_, blockClipboard_;
-    std::unique_ptr<Track> trackClipboard_;
-    bool patternCopied_ = false, trackCopied_ = false;
-    int blockWidth_ = 0, blockHeight_ = 0;       // of the last copy
+    Editor edits_{player_};
+    Clipboards clipboards_;
+    std::uint32_t gestures_ = 0, heldGesture_ = 0, takeGesture_ = 0;   // how many there were; numbers of the last ones
+    bool taking_ = false, held_ = false;         // a take is being recorded, a button is down, as of the last frame
     int scrollCountdown_ = 10;                   // calls of SelectionExtend until the view moves sideways
     int soloChannel_ = -1;                       // that sounds alone, as of the last frame; -1 none
 };

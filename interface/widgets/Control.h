@@ -29,7 +29,7 @@ struct ControlRecord {
     std::int32_t dragX = 0, dragY = 0;          // mouse, relative to where the press began
     bool hasPressedLook = false;
     std::int32_t originX = 0, originY = 0;      // of sourceSurface on the screen
-    std::string* text = nullptr;     // of a text field; ends to be edited when its owner may go
+    const std::string* text = nullptr;     // of a text field; ends to be edited when its owner may go
     bool rightHeld = false, leftHeld = false;
     bool first = false;              // the first call of a press
     bool released = false;

@@ -68,7 +68,7 @@ void MouseRegions::LatchedButton(const LayoutItem& item, ControlCallback onClick
     Button(item, onClick, look, record);
 }
 
-void MouseRegions::TextField(int x0, int y0, int x1, int y1, std::string& text, ControlCallback onClick,
+void MouseRegions::TextField(int x0, int y0, int x1, int y1, const std::string& text, ControlCallback onClick,
                              ControlCallback onDrag, ControlRecord record) {
     record.text = &text;
     AddRegion(x0, y0, x1, y1, onClick, onDrag, record);

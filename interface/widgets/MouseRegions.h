@@ -59,7 +59,7 @@ public:
     void LatchedButton(const LayoutItem& item, ControlCallback onClick, const PressedLook& look, ControlRecord record = {});
 
     // A click starts to edit the text; the caller passes the record on to TrackerInterface::StartTextEdit.
-    void TextField(int x0, int y0, int x1, int y1, std::string& text, ControlCallback onClick, ControlCallback onDrag = {},
+    void TextField(int x0, int y0, int x1, int y1, const std::string& text, ControlCallback onClick, ControlCallback onDrag = {},
                    ControlRecord record = {});
 
     // Both: `steps` of 0 counts as 1; knobSize -5 and 0 are computed; value 0 to steps - 1. surface -1: no pressed look.

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <utility>
 
+#include "edit/Numbers.h"
 #include "interface/TrackerInterface.h"
 
 namespace vonta {
@@ -22,9 +24,16 @@ bool IsPrintable(std::string_view utf8) {
 }  // namespace
 
 void TrackerInterface::StartTextEdit(std::string& text, bool selected) {
+    StopTextEdit();
     editedText_ = &text;
     textSelected_ = selected;
-    m_bEndTextEdit = false;
+}
+
+void TrackerInterface::StartTextEdit(StepName name, const Place& at, Field<std::string> text) {
+    std::string* field = text.find(state_.Edits().GetSong());
+    if (!field) return;
+    StartTextEdit(*field);
+    songText_ = {name, at, std::move(text), *field, state_.NewGesture()};
 }
 
 // The name of the save question is edited for as long as it is open, whatever else is pressed there.
@@ -33,8 +42,21 @@ void TrackerInterface::KeepNameEdited() {
 }
 
 void TrackerInterface::StopTextEdit() {
+    KeepTyped();
+    songText_.reset();
     editedText_ = nullptr;
     textSelected_ = m_bEndTextEdit = false;
+}
+
+// What has been typed since the last frame joins the step of this edit.
+void TrackerInterface::KeepTyped() {
+    if (!songText_) return;
+    Journal& steps = state_.Edits().Steps();
+    const std::uint32_t outer = steps.Gesture();
+    steps.SetGesture(songText_->gesture);
+    vonta::KeepTyped(state_.Edits(), songText_->name, songText_->at, songText_->field,
+                     std::exchange(songText_->former, *editedText_));
+    steps.SetGesture(outer);
 }
 
 // There is no commit: what is typed stands in the model's own field at once.

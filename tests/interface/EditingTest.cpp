@@ -100,7 +100,7 @@ TEST(Editing, ADigitChangesItsHalfOfTheField) {
         InterfaceRig rig;
         rig.state.SetVisibleChannels(8);
         rig.state.pending.m_nCursorColumn = c.column;
-        rig.state.EnsureOwnPattern()->Write(0, 0, c.before);
+        rig.OnView().Write(0, 0, c.before);
         rig.TapAction(kDigit0 + c.digit);
         EXPECT_EQ(rig.At(0, 0), c.before) << "outside record mode";
         rig.state.pending.m_bEditMode = true;
@@ -222,7 +222,7 @@ TEST(Editing, AMacroIsTheVolumeOrTheEffectByTheColumn) {
     Six six;
     InterfaceRig& rig = six.rig;
     rig.state.SetVisibleChannels(8);
-    rig.state.EnsureOwnPattern()->Write(0, 0, {1, 1, 0x33, 4, 0x55});
+    rig.OnView().Write(0, 0, {1, 1, 0x33, 4, 0x55});
     rig.TapAction(kReadMacro + 2);
     EXPECT_EQ(rig.environment.macros[2], (CommandMacro{4, 0x55, kNoVolume}));
     rig.state.pending.m_nCursorColumn = kColumnVolumeLow;

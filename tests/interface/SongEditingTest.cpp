@@ -63,7 +63,7 @@ TEST(SongEditing, ReplaceAndFadeKeepToTheirScope) {
     rig.Click(kAdvancedEditLayout, kAdvReplace + static_cast<int>(Scope::Block));
     for (int row = 0; row < 8; ++row) EXPECT_EQ(rig.At(row, 0).instrument, row == 2 || row == 4 ? 9 : 1 + row % 2) << row;
 
-    Pattern& pattern = *rig.state.EnsureOwnPattern();
+    Pattern& pattern = rig.OnView();
     pattern.Write(1, 0, {50, 1, kNoVolume, 12, 200});
     pattern.Write(4, 0, {50, 1, kNoVolume, 3, 20});
     rig.Click(kAdvancedEditLayout, kAdvScaleFade);
@@ -97,7 +97,7 @@ TEST(SongEditing, ExpandAndShrinkMoveEveryOtherRow) {
     EXPECT_EQ(rig.state.CursorRow(), 3);
     struct Case { int rows; int button; int want; };
     for (const Case& c : {Case{1, kScopesShrink, 1}, {3, kScopesShrink, 1}, {200, kScopesExpand, 200}, {128, kScopesExpand, 256}}) {
-        rig.state.EnsureOwnPattern()->SetNumRows(c.rows);
+        rig.OnView().SetNumRows(c.rows);
         rig.Click(kScopesLayout, c.button);
         EXPECT_EQ(rig.state.PatternRows(), c.want);
     }
@@ -143,7 +143,7 @@ TEST(SongEditing, TheNumbersOfTheSongStayInTheirLimits) {
 
 TEST(SongEditing, AShorterListKeepsPositionAndRestartInside) {
     InterfaceRig rig(TwoPatterns());
-    Song& song = rig.state.CurrentSong();
+    Song& song = rig.player.GetSong();
     const auto list = [&] {
         std::string text;
         for (int i = 0; i < static_cast<int>(song.GetPatternPosLenght()); ++i) text += std::to_string(song.GetPatternPosIndex(i));

@@ -145,6 +145,8 @@ public:
     }
     std::vector<std::uint32_t> Pixels(const LayoutItem& item) { return Pixels(item.x, item.y, item.width, item.height); }
 
+    // The pattern on view, to be written behind the journal's back.
+    Pattern& OnView() { return *player.GetSong().GetPattern(state.PatternNumber()); }
     Cell At(int row, int track) { return state.ShownPattern().Read(row, track); }
 
     static int ScanCodeOf(int key) {
