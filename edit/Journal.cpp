@@ -15,6 +15,12 @@ std::size_t BytesOf(const Step& step) {
 
 }  // namespace
 
+bool Step::ReplacesSong() const {
+    Touched touched;
+    for (const auto& change : changes) change->Mark(touched);
+    return touched.song;
+}
+
 void Journal::SetBudget(std::size_t bytes) {
     budget_ = bytes;
     KeepBudget();

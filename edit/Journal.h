@@ -27,6 +27,8 @@ struct Step {
     std::uint64_t before = 0, after = 0;         // numbers of the states between which it leads
     std::vector<std::unique_ptr<Change>> changes;
     std::size_t bytes = 0;
+
+    bool ReplacesSong() const;
 };
 
 class Journal {

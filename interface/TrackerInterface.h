@@ -94,6 +94,8 @@ public:
     bool MatchAction(int key, int action, bool checkModifiers) const;
     int OnPianoKey(int key, bool pressed);       // action, or -1
     void KeyRepeatTick();
+    void Undo();                                 // and says what it was, as the next
+    void Redo();
     void OnNote(int note, bool fromMidi, int velocity);          // velocity 0 to 255
     void OnNoteFromMidi(int note, bool pressed, int velocity);
     void ReleaseNote(int note);                  // 0 to 95, as played
@@ -122,6 +124,7 @@ public:
     // waits for the answer.
     void Tell(const std::string& text);
     void TellReport(const std::string& heading, const std::vector<std::string>& lines);
+    const std::string& Notice() const { return noticeText_; }
     void Notify(const std::string& text);        // a line that goes by itself and stands in nobody's way
     void CloseQuestion();                        // nothing else happens; nothing at all if none is open
     // Each closes the question first, so that its work may ask another.
@@ -170,6 +173,8 @@ private:
     void OnRelease(int key);
     void Arm(int key, int action);
     bool QuestionTakes(int key) const;
+    void PerformOwnAction(int key);
+    void TakeStep(const std::string& verb, const Step* (TrackerState::*take)());
     void AnswerKey(int key);
     void KeepNameEdited();
     void TellNextWaiting();

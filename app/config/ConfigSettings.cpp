@@ -54,6 +54,7 @@ Settings SettingsOf(const Config& config) {
     settings.mouse = Repeat(config.mouseTicksPerSecond, config.mouseRepeatDelay);
     for (std::size_t i = 0; i < settings.wheel.size(); ++i) settings.wheel[i] = Wheel(config.mouse[i]);
     settings.colourDepth = At(kColourDepths, config.fullscreenBits, 32);
+    settings.undoMemory = static_cast<std::size_t>(kUndoMemoryRange.Clamp(config.undoMemory)) << 20;
     settings.waitMs = std::clamp(config.waitTime, 0, kMaxWaitMs);
     return settings;
 }

@@ -25,6 +25,7 @@ constexpr ConfigRange kLatencyRange{2, 60000, 1};    // ms; a minute, so that it
 constexpr ConfigRange kMidiDelayRange{0, 500, 1};    // ms
 constexpr ConfigRange kTicksPerSecondRange{1, 50, 1};
 constexpr ConfigRange kRepeatDelayRange{0, 50, 1};   // ticks
+constexpr ConfigRange kUndoMemoryRange{1, 1 << 16, 1};   // MiB
 constexpr ConfigRange kMidiInputRange{0, kMaxMidiInput, 1};
 
 struct KeyRepeat {
@@ -51,6 +52,7 @@ struct Settings {
     KeyRepeat keyboard, mouse;
     std::array<WheelAction, kWheelModifiers> wheel{};
     int colourDepth = 32;                            // bits per pixel of the full screen
+    std::size_t undoMemory = std::size_t{256} << 20; // bytes
     int waitMs = 10;                                 // sleep of a frame
 };
 

@@ -26,6 +26,7 @@ constexpr std::string_view kFullscreenBits[] = {"16", "24", "32"};
 // The kinds of value. Base 0 finds out for itself: 0x for hexadecimal, a leading 0 for octal, else decimal.
 struct Flag { ConfigFlag bit; };
 struct Number { int Config::*field; int base; };
+struct RareNumber { int Config::*field; };           // stands in the file only where it is not the default
 struct MidiInput {};
 struct Real { float Config::*field; };
 template <std::size_t count>
@@ -34,7 +35,7 @@ struct Choice { int Config::*field; Texts texts; };
 struct Text { std::string Config::*field; };
 struct Directory { ConfigDirectory number; };
 
-using Value = std::variant<Flag, Number, MidiInput, Real, Numbers<kMidiDelays>, Numbers<kWheelModifiers>, Choice, Text,
+using Value = std::variant<Flag, Number, RareNumber, MidiInput, Real, Numbers<kMidiDelays>, Numbers<kWheelModifiers>, Choice, Text,
                            Directory>;
 
 struct Key {
@@ -88,6 +89,7 @@ constexpr Key kKeys[] = {
     {"MOUSE", Numbers<kWheelModifiers>{&Config::mouse}, "Mouse configuration"},
     {"WAIT_TIME", Number{&Config::waitTime, 10}, "Wait time between interface frames update (ms)"},
     {"MIDI_IN", MidiInput{}, "Midi in device number"},
+    {"UNDO_MEMORY", RareNumber{&Config::undoMemory}, ""},
 };
 
 constexpr std::size_t kHelpColumn = 26;              // width of the names in the header
@@ -101,6 +103,8 @@ void ReadValue(const Flag& flag, ConfigLine&, Config& config) { config.flags |= 
 void ReadValue(const Number& number, ConfigLine& line, Config& config) {
     config.*number.field = line.Integer(number.base);
 }
+
+void ReadValue(const RareNumber& number, ConfigLine& line, Config& config) { config.*number.field = line.Integer(10); }
 
 void ReadValue(const MidiInput&, ConfigLine& line, Config& config) {
     const int input = line.Integer(10);
@@ -137,6 +141,7 @@ std::string Show(std::string_view text) {
 
 std::string Show(const Flag&, const Config&) { return {}; }
 std::string Show(const Number& number, const Config& config) { return Show(config.*number.field); }
+std::string Show(const RareNumber& number, const Config& config) { return Show(config.*number.field); }
 std::string Show(const MidiInput&, const Config& config) { return Show(config.midiInput); }
 
 std::string Show(const Real& real, const Config& config) {
@@ -181,9 +186,11 @@ std::string Header() {
     return text.append(kHeaderEnd);
 }
 
-// Nothing for a flag that is off.
+// Nothing for a flag that is off, and for a rare number that is the usual one.
 std::string LineOf(const Key& key, const Config& config) {
     if (const Flag* flag = std::get_if<Flag>(&key.value); flag && !config.Has(flag->bit)) return {};
+    const RareNumber* rare = std::get_if<RareNumber>(&key.value);
+    if (rare && config.*rare->field == Config{}.*rare->field) return {};
     const std::string shown = std::visit([&](const auto& value) { return Show(value, config); }, key.value);
     return '#' + std::string(key.name) + ' ' + shown + '\n';
 }
@@ -191,7 +198,9 @@ std::string LineOf(const Key& key, const Config& config) {
 }  // namespace
 
 void ReadConfigText(std::string_view text, Config& config) {
-    config.flags = 0;
+    config.flags = 0;                                // what the file does not name is off, or as usual
+    for (const Key& key : kKeys)
+        if (const RareNumber* rare = std::get_if<RareNumber>(&key.value)) config.*rare->field = Config{}.*rare->field;
     while (!text.empty()) {
         std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));

@@ -2,7 +2,9 @@
 #include <utility>
 
 #include "app/config/ConfigSettings.h"
+#include "app/config/OwnKeys.h"
 #include "interface/keys/KeyEffects.h"
+#include "interface/screens/DiskOpScreen.h"
 #include "interface/TrackerInterface.h"
 
 namespace vonta {
@@ -49,6 +51,31 @@ void TrackerInterface::OnKey(int key, bool pressed, bool fromDevice) {
     else if (fromDevice) Arm(key, action);
     const int piano = OnPianoKey(key, true);
     if (piano >= 0 && fromDevice) Arm(key, piano);
+    if (action < 0 && piano < 0) PerformOwnAction(key);
+}
+
+// Keys that the table of the 210 leaves to us.
+void TrackerInterface::PerformOwnAction(int key) {
+    for (const OwnKey& own : kOwnKeys) {
+        if (own.key != key || own.control != m_bControl || own.shift != m_bShift || m_bAlt) continue;
+        switch (own.action) {
+        case OwnAction::Undo: return Undo();
+        case OwnAction::Redo: return Redo();
+        case OwnAction::Save: return DiskOp().SavePresent();
+        }
+    }
+}
+
+void TrackerInterface::Undo() { TakeStep("Undo", &TrackerState::Undo); }
+
+void TrackerInterface::Redo() { TakeStep("Redo", &TrackerState::Redo); }
+
+// What is being typed is a step itself, and ends first.
+void TrackerInterface::TakeStep(const std::string& verb, const Step* (TrackerState::*take)()) {
+    StopTextEdit();
+    const Step* step = (state_.*take)();
+    if (step && step->ReplacesSong()) DiskOp().OnSongExchanged();
+    Notify(step ? verb + ": " + std::string(step->name) : verb + ": nothing left");
 }
 
 void TrackerInterface::OnRelease(int key) {

@@ -7,7 +7,7 @@ namespace vonta {
 
 enum LeftOptionsControl : int {
     kLeftAdd, kLeftSub, kLeftAbout, kLeftGame, kLeftVisual, kLeftSongInfo, kLeftZap, kLeftMultiFx, kLeftExtended,
-    kLeftFilter, kLeftAdvancedEdit, kLeftMixer, kLeftTrackEditor,
+    kLeftFilter, kLeftAdvancedEdit, kLeftMixer, kLeftTrackEditor, kLeftUndo, kLeftRedo,
 };
 
 inline constexpr LayoutItem kLeftOptionsItems[] = {
@@ -24,6 +24,8 @@ inline constexpr LayoutItem kLeftOptionsItems[] = {
     ButtonAt(Look::SmallButton, kLeftAdvancedEdit, 343, 158, 10, "Adv. Edit"),
     ButtonAt(Look::SmallButton, kLeftMixer, 343, 175, 10, "Mixer"),
     ButtonAt(Look::SmallButton, kLeftTrackEditor, 343, 192, 10, "Track Ed."),
+    ButtonAt(Look::SmallButton, kLeftUndo, 343, 209, 4, "Undo"),
+    ButtonAt(Look::SmallButton, kLeftRedo, 387, 209, 4, "Redo"),
 };
 inline constexpr ScreenLayout kLeftOptionsLayout = {"OpLeft", 3, 4, 343, 0, 88, 248, kLeftOptionsItems};
 

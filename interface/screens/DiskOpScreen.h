@@ -42,6 +42,7 @@ public:
     // --- Saving: a name, a question if a file has it, a request. DiskSave.cpp
     void AskForSong();                           // the save question
     void SaveSong();                             // under the name in the field, in the format of the choice
+    void OnSongExchanged();                      // by undo or redo: the next save goes where the user says
     void SavePresent();                          // over the song's own file; asks for a name if it has none
     void SaveAndGoOn(ControlCallback goOn);      // the same; goOn is called when the song is safe
     void SaveInstrument();

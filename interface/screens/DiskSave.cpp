@@ -74,6 +74,13 @@ bool DiskOpScreen::HasOwnFile() const {
     return isWhole_ && fs::path(path).is_absolute() && path.ends_with(SuffixOf(SaveFormat::Native));
 }
 
+// What a load dropped of this one is not remembered, so that it does not count as its file's own.
+void DiskOpScreen::OnSongExchanged() {
+    const std::string name = fs::path(CurrentSong().fileName).filename().string();
+    State().m_szSongName = name.empty() ? "" : SongFileName(name, SaveFormat::Native);
+    isWhole_ = false;
+}
+
 void DiskOpScreen::SavePresent() { SaveAndGoOn({}); }
 
 void DiskOpScreen::SaveAndGoOn(ControlCallback goOn) {

@@ -22,6 +22,8 @@ constexpr ControlRow<Self> kRows[] = {
     {kLeftAdvancedEdit, Press<&Self::OnScreen>, kScreenAdvancedEdit, kOnRelease, &Self::IsShown},
     {kLeftMixer, Press<&Self::OnScreen>, kScreenMixer, kOnRelease, &Self::IsShown},
     {kLeftTrackEditor, Press<&Self::OnScreen>, kScreenTrackEditor, kOnRelease, &Self::IsShown},
+    {kLeftUndo, Press<&Self::OnUndo>},
+    {kLeftRedo, Press<&Self::OnRedo>},
 };
 
 }  // namespace
@@ -34,6 +36,8 @@ void LeftOptionsScreen::PaintControls() {
 
 void LeftOptionsScreen::OnChannels(ControlRecord& record) { State().ChangeChannels(record.param); }
 void LeftOptionsScreen::OnScreen(ControlRecord& record) { Ui().ToggleScreen(record.param); }
+void LeftOptionsScreen::OnUndo(ControlRecord&) { Ui().Undo(); }
+void LeftOptionsScreen::OnRedo(ControlRecord&) { Ui().Redo(); }
 void LeftOptionsScreen::OnZap(ControlRecord&) { Ui().AskForZap(); }
 bool LeftOptionsScreen::IsShown(std::int32_t slot) const { return Ui().IsVisible(slot); }
 

@@ -14,6 +14,8 @@ public:
     void OnChannels(ControlRecord& record);
     void OnScreen(ControlRecord& record);
     void OnZap(ControlRecord& record);
+    void OnUndo(ControlRecord& record);
+    void OnRedo(ControlRecord& record);
     bool IsShown(std::int32_t slot) const;
 };
 

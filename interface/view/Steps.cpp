@@ -1,6 +1,5 @@
 // Taking back and doing again, and what belongs to one step.
 #include <algorithm>
-#include <filesystem>
 
 #include "interface/view/TrackerState.h"
 
@@ -18,16 +17,13 @@ Place TrackerState::Here() const {
     return place;
 }
 
-std::string_view TrackerState::Undo() { return Answer(edits_.Steps().Undo()); }
+const Step* TrackerState::Undo() { return Show(edits_.Steps().Undo()); }
 
-std::string_view TrackerState::Redo() { return Answer(edits_.Steps().Redo()); }
+const Step* TrackerState::Redo() { return Show(edits_.Steps().Redo()); }
 
-// The song on view may be another one now: it is saved under its own name.
-std::string_view TrackerState::Answer(const Step* step) {
-    if (!step) return {};
-    if (edits_.Steps().Pending().song) m_szSongName = std::filesystem::path(CurrentSong().fileName).filename().string();
-    GoTo(step->place);
-    return step->name;
+const Step* TrackerState::Show(const Step* step) {
+    if (step) GoTo(step->place);
+    return step;
 }
 
 // What plays moves the row by itself.

@@ -136,10 +136,10 @@ public:
     Config& Settings() const { return config_; }
     const Environment& Kept() const { return environment_; }
 
-    // --- What was done. Steps.cpp. The name of the step that was taken back or done again; empty if there is none. The
+    // --- What was done. Steps.cpp. The step that was taken back or done again, or null; valid until the next edit. The
     // cursor goes to where the change is, as far as what plays leaves it to us.
-    std::string_view Undo();
-    std::string_view Redo();
+    const Step* Undo();
+    const Step* Redo();
     void HoldGesture(bool held);                 // whether a button of the mouse is down, as often as it may have changed
     std::uint32_t NewGesture() { return ++gestures_; }
 
@@ -259,7 +259,7 @@ private:
 
     // Steps.cpp
     void GoTo(const Place& place);
-    std::string_view Answer(const Step* step);
+    const Step* Show(const Step* step);
 
     // Entry.cpp
     std::string_view EntryName(std::string_view typed) const;

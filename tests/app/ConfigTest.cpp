@@ -102,6 +102,7 @@ Config Unusual() {
     config.fullscreenBits = 0;
     config.mouse = {3, 0, 1, 2};
     config.waitTime = -1;
+    config.undoMemory = 1000;
     return config;
 }
 

@@ -33,7 +33,7 @@ public:
             &RandomUser::PressKey, &RandomUser::PressKey, &RandomUser::PressKey, &RandomUser::LetKeyGo,
             &RandomUser::LetKeyGo, &RandomUser::LetKeyGo, &RandomUser::UseMouse, &RandomUser::UseMouse,
             &RandomUser::UseMouse, &RandomUser::UseMouse, &RandomUser::UseMouse, &RandomUser::TurnWheel,
-            &RandomUser::Type,     &RandomUser::Wait};
+            &RandomUser::Type,     &RandomUser::Wait,     &RandomUser::TakeSteps};
         (this->*kActs[Below(std::size(kActs))])();
     }
 
@@ -108,6 +108,12 @@ private:
         rig_.ui.OnCharacter(kTyped[Below(std::size(kTyped))]);
         if (Chance(3)) rig_.ui.OnEscape();
         if (Chance(3)) rig_.ui.ForgetKeys();
+    }
+
+    void TakeSteps() {
+        for (std::size_t steps = Below(4); steps > 0; --steps) rig_.ui.Undo();
+        for (std::size_t steps = Below(4); steps > 0; --steps) rig_.ui.Redo();
+        if (Chance(50)) Frame();
     }
 
     void Wait() {

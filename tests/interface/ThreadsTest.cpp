@@ -40,6 +40,8 @@ TEST(Threads, TheInterfacePaintsAndEditsWhatIsBeingPlayed) {
         [](TrackerState& s) { s.ClearEffects(); s.ClearPatterns(); },
         [](TrackerState& s) { s.requests.song.object = Busy(); s.ClearInstruments(); },
         [](TrackerState& s) { s.NewSong(); },
+        [](TrackerState& s) { while (s.Undo()) {} s.Redo(); s.Redo(); },
+        [](TrackerState& s) { while (s.Redo()) {} s.Undo(); s.Transpose(Scope::Pattern, false, 1); },
         [](TrackerState& s) { s.requests.song.object = Busy(); s.Play(0, true); }};
     rig.player.Play(0);
     for (int turn = 0; turn < 6 * static_cast<int>(std::size(operations)); ++turn) {
