@@ -6,12 +6,16 @@
 #include <utility>
 
 #include "app/config/ConfigFile.h"
+#include "app/Interrupt.h"
+#include "platform/Clock.h"
 #include "platform/Debug.h"
 
 namespace vonta {
 namespace {
 
-constexpr auto kSilenceAfterFade = std::chrono::milliseconds(1500);
+constexpr std::uint32_t kSilenceAfterFade = 1500;     // milliseconds
+constexpr auto kInterruptPeriod = std::chrono::milliseconds(20);
+constexpr const char* kNotSaved = "Your settings could not be saved";
 
 }  // namespace
 
@@ -19,11 +23,16 @@ GMain::GMain(TrackerOptions options) : options_(std::move(options)) {}
 
 GMain::~GMain() { Shutdown(false); }
 
+// The curtain closes, and what still sounds is heard; a signal cuts it short.
+void GMain::FadeAway() {
+    m_pInterface->FadeOut([this] { TakeEvents(); });
+    const std::uint32_t start = Milliseconds();
+    while (Milliseconds() - start < kSilenceAfterFade && !Interrupted()) std::this_thread::sleep_for(kInterruptPeriod);
+}
+
 void GMain::Shutdown(bool graceful) {
-    if (graceful && options_.curtain && m_pInterface) {
-        m_pInterface->FadeOut([this] { TakeEvents(); });
-        std::this_thread::sleep_for(kSilenceAfterFade);
-    }
+    if (graceful && options_.curtain && m_pInterface) FadeAway();
+    if (m_pWindow && options_.onTidyUp) options_.onTidyUp(status_);
     packs_ = {};
     if (m_pInterface) m_pInterface->ReleaseSurfaces();
     m_pInput.reset();
@@ -36,14 +45,22 @@ void GMain::Shutdown(bool graceful) {
     m_pWindow.reset();
 }
 
-void GMain::SaveConfig() { m_config.Save(m_szStartDir + "/" + kConfigFile, m_szStartDir + "/" + kKeyTableFile); }
+void GMain::SaveConfig() {
+    if (m_config.Save(m_szStartDir + "/" + kConfigFile, m_szStartDir + "/" + kKeyTableFile) != 0)
+        m_pInterface->TellReport(kNotSaved, {m_szStartDir});
+}
 
-void GMain::SaveEnvironment() { vonta::SaveEnvironment(m_szStartDir + "/" + kEnvironmentFile, m_environment); }
+void GMain::SaveEnvironment() {
+    if (!vonta::SaveEnvironment(m_szStartDir + "/" + kEnvironmentFile, m_environment))
+        m_pInterface->TellReport(kNotSaved, {m_szStartDir});
+}
 
 // The picture of the interface may be what is broken: the message is a window of the desktop.
 void GMain::OnBackup(const std::string& message, bool audioFault) {
     if (!audioFault && m_pInterface) m_pInterface->ReleaseSurfaces();
     if (m_pWindow) ShowMessage("", message);
 }
+
+bool GMain::HasSongToSave() const { return m_pTracker && m_pTracker->IsChanged(); }
 
 }  // namespace vonta

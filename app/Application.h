@@ -7,7 +7,9 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "app/backup/Backups.h"
 #include "app/config/Config.h"
 #include "app/config/Environment.h"
 #include "app/PlayerHost.h"
@@ -28,6 +30,8 @@ struct TrackerOptions {
     WindowOpener openWindow = OpenDesktopWindow;
     std::string file;                                // loaded by its kind once all stands; empty: none
     bool curtain = true;                             // the opening picture, and its closing at the end
+    // All that is to be saved is saved, and the program takes itself down; may be null.
+    std::function<void(int status)> onTidyUp = {};
 };
 
 class GMain final : public PlayerHost, public InterfaceHost {
@@ -60,21 +64,23 @@ public:
 
 protected:
     void OnBackup(const std::string& message, bool audioFault) override;
+    bool HasSongToSave() const override;
 
 private:
-    int FirstInit();                                 // Startup.cpp, as the next eight
+    int FirstInit();                                 // Startup.cpp, as the next nine
     int RestartVideo();
     int Fail(const std::string& message);
     bool OpenWindow();
     int OpenPacks();
+    bool LoadSettings(std::string& unreadable);
     int OpenDefaultSkin();
     int OpenChosenSkin();
     int OpenSound();
     void ShowIcon();
-    bool OfferBackup();
-    void OnBackupWanted(ControlRecord& record);
-    void OnBackupDeclined(ControlRecord& record);
-    std::string PutBackupAside();                    // where it is now
+    bool FindWaiting();                              // BackupOffer.cpp, as the next three
+    void OfferNext();
+    void OnOfferTaken(ControlRecord& record);
+    void OnOfferDeclined(ControlRecord& record);
     class ShownProgress;                             // LongWork.cpp, as the next three
     void BeginLongWork();
     bool ShowProgress(float fraction);               // false if the user wants to stop
@@ -82,10 +88,13 @@ private:
     void OnKeyDown(int scanCode);
     void OnClose();
     int LeaveAtOnce();
+    int LeaveAsWished();
+    void FadeAway();
     void TakeEvents();
     void ShowTitle();
     void Sleep();
     void TurnOnce();
+    void Survive(void (GMain::*work)());             // a fault of it saves the song, an exception ends it alone
     void TellOfException(const char* reason);
 
     TrackerOptions options_;
@@ -103,6 +112,10 @@ private:
     bool m_bRestartVideo = false;                    // the next idle turn re-creates the video mode
     bool m_bCloseEditor = false;                     // the plug-in's window is to be closed
     bool hasSoundDevice_ = true;
+    int status_ = 0;                                 // with which the program ends
+    std::vector<WaitingBackup> waiting_;             // to be offered, the newest first
+    std::string unkept_;                             // why not all of the start directory could be written; or empty
+    std::string dataDirectory_;                      // of packs and skins: the start directory, or what ships
     bool stopLongWork_ = false, inLongWork_ = false;
     std::uint32_t titleFrames_ = 0;
 };

@@ -3,11 +3,14 @@
 #include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/Application.h"
 #include "app/CommandLine.h"
-#include "app/Messages.h"
+#include "app/EndWatch.h"
+#include "app/Interrupt.h"
+#include "platform/DisplayLoss.h"
 
 namespace vonta {
 namespace {
@@ -21,7 +24,12 @@ int Edit(const EditRequest& request) {
     TrackerOptions options;
     if (!request.file.empty()) options.file = std::filesystem::absolute(request.file).string();
     options.curtain = !request.noCurtain;
+    std::optional<EndWatch> watch;
+    options.onTidyUp = [&watch](int status) { watch->TidyUpBegins(status); };
     GMain app(std::move(options));
+    watch.emplace([&app] { return app.Rescue(); });
+    WatchEveryEnd();
+    TellOfDisplayLoss(InterruptFromWithin);
     if (app.Init() != 0) return kFailed;
     const int status = app.Run();
     app.Shutdown(status == kDone);

@@ -18,31 +18,39 @@ namespace {
 
 constexpr int kScanEscape = 41, kScanF4 = 61;         // USB HID usages
 constexpr const char* kUnnamedSong = "new song";
-constexpr int kWaitMs = 500;                         // of a minimised window, between two looks at signals
+constexpr int kWaitMs = 200;                         // of a minimised window, between two looks at signals
 
 }  // namespace
 
+// A fault anywhere in a turn saves the song.
 int GMain::Run() {
-    WindowEvent event;
     while (!m_pTracker->m_bQuit && !Interrupted()) {
-        if (m_pWindow->PollEvent(event)) OnEvent(event);
-        else OnIdle();
+        Survive(&GMain::TakeEvents);
+        OnIdle();
     }
-    return m_pTracker->m_bQuit ? kDone : LeaveAtOnce();
+    status_ = m_pTracker->m_bQuit ? LeaveAsWished() : LeaveAtOnce();
+    return status_;
 }
 
-// Told to end by the system, which may be going down: nobody is asked, and the song is kept.
+// What the user leaves behind is meant to be left.
+int GMain::LeaveAsWished() {
+    if (ClaimEnd()) SetEnd(kDone);
+    return kDone;
+}
+
+// Told to end by the system, which may be going down, or the display is gone: nobody is asked, and the song is kept.
 int GMain::LeaveAtOnce() {
-    std::string error;
-    if (!SaveBackup(error)) Complain(error);
+    if (ClaimEnd()) SaveAtEnd();
     return kInterrupted;
 }
 
+void GMain::OnIdle() { Survive(&GMain::TurnOnce); }
+
 // A file that asks for more memory than there is ends the work on it, never the program with the song.
-void GMain::OnIdle() {
-    Guarded([this] {
+void GMain::Survive(void (GMain::*work)()) {
+    Guarded([&] {
         try {
-            TurnOnce();
+            (this->*work)();
         } catch (const std::bad_alloc&) {
             TellOfException("out of memory");
         } catch (const std::exception& error) {
@@ -55,7 +63,6 @@ void GMain::OnIdle() {
 void GMain::TurnOnce() {
     WindowEvent event;
     if (m_bRestartVideo) {
-        m_config.flags ^= kFullscreen;
         Init();
     } else if (m_bActive) {
         Frame();

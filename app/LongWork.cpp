@@ -1,7 +1,8 @@
-// Work that takes longer than a frame: the window shows how far it is, and Escape or a close request ends it.
+// Work that takes longer than a frame: the window shows how far it is, and Escape, a close request or a signal ends it.
 #include <algorithm>
 
 #include "app/Application.h"
+#include "app/Interrupt.h"
 #include "app/Messages.h"
 #include "audio/Mixdown.h"
 #include "platform/Clock.h"
@@ -20,6 +21,7 @@ public:
     ShownProgress(GMain& app, std::uint32_t positions) : app_(app), positions_(std::max(positions, 1u)) {}
 
     bool OnBlock(const MixdownState& state) override {
+        if (Interrupted()) return false;
         if (Milliseconds() - lastShown_ < kShowPeriodMs) return true;
         lastShown_ = Milliseconds();
         const auto done = static_cast<float>(state.position) / static_cast<float>(positions_);
@@ -42,7 +44,7 @@ void GMain::OpenCurtain() {
     BeginLongWork();
     m_pInterface->RunCurtain([this] {
         TakeEvents();
-        return !stopLongWork_;
+        return !stopLongWork_ && !Interrupted();
     });
     inLongWork_ = false;
 }

@@ -5,8 +5,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 
+#include "app/CommandLine.h"
 #include "app/Messages.h"
 #include "app/config/StartDirectory.h"
 #include "audio/CreateDevice.h"
@@ -24,15 +24,8 @@ constexpr const char* kBackupMessage = "Internal error, backup.vtm saved";
 constexpr const char* kNoBackupMessage = "Internal error, backup.vtm could not be saved";
 constexpr const char* kDeviceGone = "The sound device is gone. The song goes on in silence.";
 constexpr const char* kDeviceBack = "The sound device is back.";
+constexpr const char* kEndMessage = "The song is kept as ";
 constexpr int kCrashStatus = 1;
-
-// To the directory, which is made if need be.
-bool ChangeTo(const std::string& directory) {
-    std::error_code failed;
-    std::filesystem::create_directories(directory, failed);
-    std::filesystem::current_path(directory, failed);
-    return !failed;
-}
 
 }  // namespace
 
@@ -76,8 +69,8 @@ int PlayerHost::StartSound(void* windowHandle, const SoundChoice& sound, std::st
 }
 
 void PlayerHost::ShutdownPlayer() {
-    // A backup that runs on the audio side still reads the song, and ends the process when it is done.
-    while (m_nCrashGuard != 0) pause();
+    // A backup that runs on another thread still reads the song, and ends the process when it is done.
+    while (m_nCrashGuard != 0 && claimedBy_ != gettid()) pause();
     m_deviceWatch.reset();
     m_pSndPlayer.reset();
 }
@@ -95,45 +88,54 @@ void PlayerHost::InstallSong(std::unique_ptr<Song> song) {
     m_pSndPlayer->SetSong(std::move(song));
 }
 
-bool PlayerHost::SaveBackup(std::string& error) {
-    if (!m_pSndPlayer) {
-        error = "there is no song";
-        return false;
-    }
-    if (!ChangeTo(m_szStartDir)) {
-        error = m_szStartDir + " cannot be entered";
-        return false;
-    }
-    DiskStream stream;
-    if (stream.Open(kBackupName, "wb") && SaveFile(&stream, SaveMode::Module, m_pSndPlayer->GetSong(), {}) == 0)
-        return true;
-    error = stream.Error();
-    return false;
+bool PlayerHost::ClaimEnd() {
+    if (m_nCrashGuard.fetch_add(1) != 0) return false;
+    claimedBy_ = gettid();
+    return true;
 }
 
-void PlayerHost::CrashBackup(bool audioFault) {
-    if (m_nCrashGuard.fetch_add(1) != 0) return;
-    // The song may be what is broken: a fault while it is saved ends in the same message as any other failure.
+BackupResult PlayerHost::SaveBackup() {
+    // The song may be what is broken: a fault while it is saved is a failure as any other.
     struct Job {
         PlayerHost& app;
-        std::string error;
-        bool saved = false;
+        BackupResult result;
     } job{*this, {}};
     const auto save = [](void* argument) {
         Job& mine = *static_cast<Job*>(argument);
-        mine.saved = mine.app.SaveBackup(mine.error);
+        if (!mine.app.m_pSndPlayer) return;
+        Song& song = mine.app.m_pSndPlayer->GetSong();
+        mine.result = WriteBackup(song, BackupPlaces(mine.app.m_szStartDir, song.fileName));
     };
-    const bool saved = RunGuarded(save, &job) && job.saved;
-    const std::string& error = job.error;
+    if (!RunGuarded(save, &job)) job.result.file.clear();
+    return job.result;
+}
+
+void PlayerHost::CrashBackup(bool audioFault) {
+    if (!ClaimEnd()) return;
+    const BackupResult saved = SaveBackup();
+    const std::string message = saved.file.empty() ? kNoBackupMessage : kBackupMessage;
+    const std::string where = saved.file.empty() ? saved.error : saved.file;
+    if (where.empty()) Complain(message);
+    else Complain(message, where);
+    SetEnd(kCrashStatus);
     if (!audioFault && m_pSndPlayer) m_pSndPlayer->SetMixerOn(false);
-    if (saved) Complain(m_szStartDir, kBackupMessage);
-    else if (error.empty()) Complain(kNoBackupMessage);
-    else Complain(kNoBackupMessage, error);
-    OnBackup(saved ? kBackupMessage : kNoBackupMessage, audioFault);
+    OnBackup(where.empty() ? message : message + "\n" + where, audioFault);
     // Nothing that the fault may have broken is run again, and the audio side cannot wait for itself: the process goes
     // as it stands.
     std::fflush(nullptr);
     std::_Exit(kCrashStatus);
+}
+
+void PlayerHost::SaveAtEnd() {
+    const BackupResult saved = HasSongToSave() ? SaveBackup() : BackupResult{};
+    if (!saved.file.empty()) Complain(kEndMessage + saved.file);
+    else if (!saved.error.empty()) Complain(saved.error);
+    SetEnd(kInterrupted);
+}
+
+std::optional<int> PlayerHost::Rescue() {
+    if (ClaimEnd()) SaveAtEnd();
+    return endStatus_ == kNotYet ? std::nullopt : std::optional<int>(endStatus_);
 }
 
 }  // namespace vonta

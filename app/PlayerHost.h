@@ -1,7 +1,8 @@
 // What every way to run the program has in common: the player, the start directory, and a backup of the song if the
 // program fails.
 //
-// One instance, made and used on the main thread. Only OnCrash may come from the audio side.
+// One instance, made and used on the main thread. Only OnCrash may come from the audio side, and Rescue from whoever
+// watches that the program ends.
 #pragma once
 
 #include <atomic>
@@ -10,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "app/backup/Backups.h"
 #include "audio/DeviceWatch.h"
 #include "engine/SndPlayer.h"
 #include "platform/FaultGuard.h"
@@ -24,8 +26,6 @@ struct SoundChoice {
 
 class PlayerHost : public CrashHandler {
 public:
-    static constexpr const char* kBackupName = "backup.vtm";
-
     PlayerHost() = default;
     ~PlayerHost() override { ShutdownPlayer(); }
     PlayerHost(const PlayerHost&) = delete;
@@ -61,11 +61,20 @@ public:
     // running. After a fault of the audio side it is that side's thread which comes here.
     void CrashBackup(bool audioFault);
     void OnCrash(int audioFault) override { CrashBackup(audioFault != 0); }
+    // The main thread is held by what does not come back: saves the song for it. The status to end with, or nothing while
+    // another thread is at it.
+    std::optional<int> Rescue();
 
 protected:
     static constexpr const char* kStartingPlayer = "* Starting m_pSndPlayer->..\n";   // of the debug log
 
-    bool SaveBackup(std::string& error);             // in the start directory
+    // Whoever gets true saves the song, or has decided that nothing is lost with it, and tells by SetEnd when that is
+    // done. Every other one leaves that alone.
+    bool ClaimEnd();
+    void SetEnd(int status) { endStatus_ = status; }
+    void SaveAtEnd();                                // and tells where; of whoever has claimed the end
+    // Whether the song is worth it, by what is known on any thread.
+    virtual bool HasSongToSave() const { return m_pSndPlayer != nullptr; }
     void CreatePlayer();
     // What a device needs, up to the mixer turned on. 0, or 1 and what was wrong with it.
     int StartSound(void* windowHandle, const SoundChoice& sound, std::string& error);
@@ -77,7 +86,13 @@ protected:
     std::string m_szStartDir;                        // where the program works from
 
 private:
-    std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: a backup is being made
+    static constexpr int kNotYet = -1;
+
+    BackupResult SaveBackup();
+
+    std::atomic<std::int32_t> m_nCrashGuard{0};      // not 0: the end is somebody's already
+    std::atomic<std::int32_t> claimedBy_{0};         // the number of that thread
+    std::atomic<int> endStatus_{kNotYet};            // of the process, once the song is safe
 };
 
 }  // namespace vonta

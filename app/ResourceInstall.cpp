@@ -86,6 +86,13 @@ std::string FindShippedDirectory() {
     return {};
 }
 
+std::string FindDataDirectory(const std::string& startDirectory) {
+    std::error_code failed;
+    if (fs::exists(fs::path(startDirectory) / kResources[0].installed, failed)) return startDirectory;
+    const std::string shipped = FindShippedDirectory();
+    return shipped.empty() ? startDirectory : shipped;
+}
+
 bool InstallResources(const std::string& directory, bool& fresh, std::string& error) {
     std::error_code failed;
     fs::create_directories(directory, failed);

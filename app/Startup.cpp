@@ -1,11 +1,12 @@
-#include <ctime>
 #include <filesystem>
 #include <vector>
 
 #include "app/Application.h"
+#include "app/CommandLine.h"
 #include "app/Messages.h"
 #include "app/ResourceInstall.h"
 #include "app/config/ConfigFile.h"
+#include "app/config/ConfigInstall.h"
 #include "app/config/ConfigSettings.h"
 #include "app/pack/ImageReader.h"
 #include "interface/screens/DiskOpScreen.h"
@@ -25,8 +26,9 @@ constexpr const char* kWindowCaption = "WINDOW ERROR";
 constexpr const char* kNoVideoMessage = "Can't start the video mode";
 constexpr const char* kIconName = "MI_IDI_ICON1";
 constexpr const char* kIconEntry = "data\\icon.tga";
-constexpr const char* kBackupQuestion = " Load the crash backup??";
 constexpr const char* kSilentText = " No sound: look at Config";
+constexpr const char* kUnkeptText = "Settings, keys and envelopes are not kept";
+constexpr const char* kModeRefused = "This video mode cannot be had. The former one is back.";
 constexpr const char* kNotice = " Beta version: save often!";
 
 std::string SkinPath(const std::string& startDirectory, const std::string& name) {
@@ -38,18 +40,16 @@ std::unique_ptr<PackFile> OpenPack(const std::string& path) {
     return pack->IsOpen() ? std::move(pack) : nullptr;
 }
 
-std::string TimeStamp() {
-    const std::time_t now = std::time(nullptr);
-    std::tm parts{};
-    char text[32] = "";
-    if (localtime_r(&now, &parts)) std::strftime(text, sizeof text, "%Y%m%d-%H%M%S", &parts);
-    return text;
+std::string WhyUnreadable(const std::string& path) {
+    DiskStream stream;
+    return stream.Open(path, "rb") ? std::string() : path + ": " + stream.Error();
 }
 
 }  // namespace
 
 // A step that failed: what was wrong is shown, and what stands is taken down.
 int GMain::Fail(const std::string& message) {
+    status_ = kFailed;
     Complain(Printable(message.substr(0, message.find('\n'))));
     if (m_pWindow) ShowMessage("", message);
     DebugOutput("ERROR: Can't Init program\n");
@@ -80,8 +80,8 @@ int GMain::FirstInit() {
     m_pInterface = std::make_unique<TrackerInterface>(*this, *m_pTracker, *m_pVideo, *m_pInput, packs_);
 
     bool fresh = false;
-    std::string error;
-    if (!InstallResources(m_szStartDir, fresh, error)) Complain(error);   // what is missing will be told below
+    if (!InstallResources(m_szStartDir, fresh, unkept_)) Complain(unkept_);
+    dataDirectory_ = FindDataDirectory(m_szStartDir);
     if (const int status = OpenPacks(); status != 0) return status;
     ShowIcon();
     if (const int status = OpenSound(); status != 0) return status;
@@ -94,7 +94,9 @@ int GMain::FirstInit() {
     m_pSndPlayer->Stop(0, 1);
     InstallSong(m_pTracker->MakeFreshSong());
     m_pTracker->MarkSaved();
-    if (!OfferBackup() && (fresh || !hasSoundDevice_)) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
+    if (FindWaiting()) OfferNext();
+    else if (!unkept_.empty()) m_pInterface->TellReport(kUnkeptText, {unkept_});
+    else if (fresh || !hasSoundDevice_) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);
     if (!options_.file.empty()) m_pInterface->DiskOp().LoadDropped(options_.file);
     return 0;
 }
@@ -114,42 +116,62 @@ void GMain::ShowIcon() {
     m_pWindow->SetIcon(pixels.data(), static_cast<int>(picture.width), static_cast<int>(picture.height));
 }
 
+// To the other mode, and back if that one is refused.
 int GMain::RestartVideo() {
     std::error_code failed;
     const fs::path before = fs::current_path(failed);    // which may have been removed meanwhile
     fs::current_path(m_szStartDir, failed);
-    m_pInterface->ReleaseSurfaces();
-    const int status = m_pInterface->Start(false);
-    fs::current_path(before, failed);
     m_bRestartVideo = false;
+    int status = 1;
+    for (int tries = 0; status != 0 && tries < 2; ++tries) {
+        m_config.flags ^= kFullscreen;
+        if (tries > 0) m_pInterface->Tell(kModeRefused);
+        m_pInterface->ReleaseSurfaces();
+        status = m_pInterface->Start(false);
+    }
+    fs::current_path(before, failed);
+    if (status != 0) Complain(kNoVideoMessage);
     return status;
 }
 
 int GMain::OpenPacks() {
-    packs_.m_pDataPack = OpenPack(m_szStartDir + "/Vonta.dat");
+    packs_.m_pDataPack = OpenPack(dataDirectory_ + "/Vonta.dat");
     if (!packs_.m_pDataPack) return Fail(kNoPackMessage);
     DebugOutput(kStartingPlayer);
-    if (m_config.Load(m_szStartDir + "/" + kConfigFile, m_szStartDir + "/" + kKeyTableFile) != 0)
-        return Fail(kNoConfigMessage);
+    std::string unreadable;
+    if (!LoadSettings(unreadable)) return Fail(std::string(kNoConfigMessage) + "\n" + unreadable);
     if (const int status = OpenDefaultSkin(); status != 0) return status;
     return OpenChosenSkin();
 }
 
+// Where nothing can be written, defaults take the place of files that are missing.
+bool GMain::LoadSettings(std::string& unreadable) {
+    const std::string config = m_szStartDir + "/" + kConfigFile, keys = m_szStartDir + "/" + kKeyTableFile;
+    if (!unkept_.empty()) m_config = FreshConfig();
+    if (m_config.Load(config, keys) == 0) return true;
+    std::error_code failed;
+    for (const std::string& path : {config, keys})
+        if (unreadable.empty() && (unkept_.empty() || fs::exists(path, failed))) unreadable = WhyUnreadable(path);
+    return unreadable.empty();
+}
+
 int GMain::OpenDefaultSkin() {
-    const std::string path = SkinPath(m_szStartDir, kDefaultSkinName);
+    const std::string path = SkinPath(dataDirectory_, kDefaultSkinName);
     packs_.m_pDefaultSkin = OpenPack(path);
     if (!packs_.m_pDefaultSkin) return Fail(kNoSkinMessage);
     return GetSkinVersion(path) == kSkinVersion081 ? 0 : Fail(kOldSkinMessage);
 }
 
 int GMain::OpenChosenSkin() {
-    packs_.m_pSkin = m_config.skin.empty() ? nullptr : OpenPack(SkinPath(m_szStartDir, m_config.skin));
+    std::string path = SkinPath(m_szStartDir, m_config.skin);
+    packs_.m_pSkin = m_config.skin.empty() ? nullptr : OpenPack(path);
     if (!packs_.m_pSkin) {
         m_config.skin = kDefaultSkinName;
-        packs_.m_pSkin = OpenPack(SkinPath(m_szStartDir, m_config.skin));
+        path = SkinPath(dataDirectory_, m_config.skin);
+        packs_.m_pSkin = OpenPack(path);
     }
     if (!packs_.m_pSkin) return Fail(kNoSkinMessage);
-    packs_.m_nSkinVersion = GetSkinVersion(SkinPath(m_szStartDir, m_config.skin));
+    packs_.m_nSkinVersion = GetSkinVersion(path);
     return 0;
 }
 
@@ -163,27 +185,6 @@ int GMain::OpenSound() {
     Complain(error);
     const SoundChoice silent{DeviceKind::NoSound, 0, settings.sampleRate};
     return StartSound(m_pWindow->GetHandle(), silent, error) == 0 ? 0 : Fail(error);
-}
-
-// True if there is one.
-bool GMain::OfferBackup() {
-    std::error_code failed;
-    if (!fs::exists(fs::path(m_szStartDir) / kBackupName, failed)) return false;
-    m_pInterface->Ask(kBackupQuestion, Bind<&GMain::OnBackupWanted>(this), Bind<&GMain::OnBackupDeclined>(this));
-    return true;
-}
-
-void GMain::OnBackupWanted(ControlRecord&) { m_pInterface->DiskOp().LoadBackup(PutBackupAside()); }
-
-void GMain::OnBackupDeclined(ControlRecord&) { PutBackupAside(); }
-
-// Offered once; kept all the same, under a name that tells when.
-std::string GMain::PutBackupAside() {
-    const fs::path from = fs::path(m_szStartDir) / kBackupName;
-    const fs::path to = fs::path(m_szStartDir) / ("backup-" + TimeStamp() + ".vtm");
-    std::error_code failed;
-    fs::rename(from, to, failed);
-    return failed ? from : to;
 }
 
 }  // namespace vonta

@@ -12,10 +12,11 @@
 namespace vonta {
 namespace {
 
-constexpr std::array kFaults{SIGSEGV, SIGBUS, SIGILL, SIGFPE};
+constexpr std::array kFaults{SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT};
 constexpr std::size_t kSignalStackBytes = 16 * 1024;   // the handler only jumps; not so much that small threads lack room
 
 std::array<struct sigaction, kFaults.size()> former;
+std::atomic<void (*)()> lastResort{nullptr};
 
 // One RunGuarded in progress. The innermost of a thread stands at the head of its list.
 struct Guard {
@@ -38,6 +39,7 @@ Guard::~Guard() { innermost.store(outer, std::memory_order_relaxed); }
 // Hands the fault to whoever had the signal before. Where nobody had, the default action takes it: a real fault
 // meets it when its instruction runs again, a signal that was sent has to be sent again.
 void PassOn(int signal, siginfo_t* info, void* context) {
+    if (void (*hook)() = lastResort) hook();
     std::size_t index = 0;
     while (kFaults[index] != signal) ++index;
     const struct sigaction& next = former[index];
@@ -91,6 +93,8 @@ void InstallFaultHandlers() {
     prepared = true;
     TakeSignalStack();
 }
+
+void SetLastResort(void (*hook)()) { lastResort = hook; }
 
 bool RunGuarded(void (*work)(void*), void* argument) {
     InstallFaultHandlers();

@@ -1,5 +1,5 @@
 // Catches hardware faults (bad memory access, bus error, illegal instruction, integer division by zero, stack
-// overflow) of a piece of work and hands control back to its caller, so that the song can be saved.
+// overflow) and aborts of a piece of work and hands control back to its caller, so that the song can be saved.
 #pragma once
 
 namespace vonta {
@@ -12,5 +12,9 @@ bool RunGuarded(void (*work)(void*), void* argument);
 // Installs the process-wide handlers and, on the calling thread, a stack to handle a stack overflow on. Called by
 // RunGuarded itself on a thread's first use.
 void InstallFaultHandlers();
+
+// What a fault outside any guard does before it goes on, on the thread that has it: a library's own thread may have
+// failed. It may do what a signal handler may, and need not return. Null: nothing.
+void SetLastResort(void (*hook)());
 
 }  // namespace vonta

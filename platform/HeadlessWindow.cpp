@@ -10,7 +10,7 @@ bool SameShape(const Surface& a, const Surface& b) {
 }  // namespace
 
 int HeadlessDisplay::Open(int width, int height, int bits, bool fullscreen) {
-    open_ = !refuse && Surface::Create(width, height, bits) != nullptr;
+    open_ = !refuse && !(fullscreen && refuseFullscreen) && Surface::Create(width, height, bits) != nullptr;
     fullscreen_ = fullscreen;
     return open_ ? 0 : 1;
 }

@@ -29,6 +29,7 @@ public:
     // To be set by tests.
     bool lost = false;
     bool refuse = false;                         // Open fails
+    bool refuseFullscreen = false;               // likewise, for that mode
     int desktopBits = 32;
 
 private:

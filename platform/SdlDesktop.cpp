@@ -4,6 +4,8 @@
 
 #include <cstdlib>
 
+#include "platform/SdlDisplayLoss.h"
+
 namespace vonta {
 namespace {
 
@@ -41,6 +43,7 @@ SdlDesktop::SdlDesktop() {
     if (!HasDesktop()) error_ = "There is no display: neither DISPLAY nor WAYLAND_DISPLAY is set";
     else if (SDL_InitSubSystem(SDL_INIT_VIDEO) != 0)
         error_ = std::string("The display that the session names cannot be opened: ") + SDL_GetError();
+    else WatchDisplayLoss();
 }
 
 SdlDesktop::~SdlDesktop() {

@@ -41,8 +41,7 @@ int SdlDisplay::Open(int width, int height, int bits, bool fullscreen) {
         DebugOutput("* ERROR opening the display: %s\n", SDL_GetError());
         return 1;
     }
-    Place(fullscreen);
-    return 0;
+    return Place(fullscreen) ? 0 : 1;
 }
 
 void SdlDisplay::Close() {
@@ -51,7 +50,7 @@ void SdlDisplay::Close() {
     wide_.reset();
 }
 
-void SdlDisplay::Place(bool fullscreen) {
+bool SdlDisplay::Place(bool fullscreen) {
     SDL_SetWindowMinimumSize(window_, width_ / kSmallestShare, height_ / kSmallestShare);
     if (!placed_) {
         SDL_Rect room{0, 0, width_, height_};    // if the desktop does not tell
@@ -61,8 +60,9 @@ void SdlDisplay::Place(bool fullscreen) {
         SDL_SetWindowPosition(window_, room.x + (room.w - size.width) / 2, room.y + (room.h - size.height) / 2);
     }
     placed_ = true;
-    SDL_SetWindowFullscreen(window_, fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+    const bool had = SDL_SetWindowFullscreen(window_, fullscreen ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0) == 0;
     SDL_ShowWindow(window_);
+    return had;
 }
 
 bool SdlDisplay::CreateTexture() {

@@ -35,7 +35,7 @@ private:
     };
     using Texture = std::unique_ptr<SDL_Texture, Free>;
 
-    void Place(bool fullscreen);
+    bool Place(bool fullscreen);                 // false if the desktop refuses the mode
     bool CreateTexture();
     bool TakeChanges(const Surface& picture);    // false if there are none
     void Upload(int firstRow, int endRow);       // of last_

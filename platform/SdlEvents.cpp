@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/SdlDisplay.h"
+#include "platform/SdlDisplayLoss.h"
 
 namespace vonta {
 namespace {
@@ -69,7 +70,8 @@ void SdlEvents::Take(const SDL_Event& event) {
     case SDL_KEYUP: OnKey(event, false); break;
     case SDL_TEXTINPUT: OnText(event.text.text); break;
     case SDL_WINDOWEVENT: OnWindow(event); break;
-    case SDL_QUIT: Add(WindowEventKind::Close); break;
+    case SDL_QUIT:
+    case SDL_SYSWMEVENT: LookForDisplayLoss(event); break;
     case SDL_DROPFILE: Add(WindowEventKind::FileDropped).text = event.drop.file; break;
     case SDL_RENDER_DEVICE_RESET: display_.ForgetTextures(); break;
     case SDL_RENDER_TARGETS_RESET: display_.Expose(); break;

@@ -6,6 +6,7 @@
 #include "platform/OsWindow.h"
 #include "platform/SdlDesktop.h"
 #include "platform/SdlDisplay.h"
+#include "platform/SdlDisplayLoss.h"
 #include "platform/SdlEvents.h"
 
 namespace vonta {
@@ -15,7 +16,7 @@ class SdlWindow final : public OsWindow {
 public:
     ~SdlWindow() override {
         display_.reset();
-        if (window_) SDL_DestroyWindow(window_);
+        DestroyWatched(window_);
     }
 
     const SdlDesktop& Desktop() const { return desktop_; }
@@ -60,6 +61,7 @@ bool SdlWindow::Create(const std::string& title, const std::string&) {
     display_ = std::make_unique<SdlDisplay>(window_);
     events_ = std::make_unique<SdlEvents>(*display_);
     TakeText(true);
+    WatchWindowLoss(window_);
     SDL_EventState(SDL_DROPFILE, SDL_ENABLE);
     return window_ != nullptr;
 }

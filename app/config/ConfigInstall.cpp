@@ -2,7 +2,6 @@
 
 #include <filesystem>
 
-#include "app/config/Config.h"
 #include "app/config/ConfigFile.h"
 #include "app/config/ConfigText.h"
 #include "app/config/Environment.h"
@@ -14,13 +13,6 @@ struct DefaultFile {
     const char* name;
     void (*write)(FileStream& stream);
 };
-
-// The defaults, but in a window: a new user's desktop keeps its mode.
-Config FreshConfig() {
-    Config config;
-    config.flags &= ~std::uint32_t{kFullscreen};
-    return config;
-}
 
 constexpr DefaultFile kDefaultFiles[] = {
     {kConfigFile, [](FileStream& stream) { WriteConfigText(stream, FreshConfig()); }},
@@ -35,6 +27,12 @@ bool IsFree(const std::filesystem::path& path) {
 }
 
 }  // namespace
+
+Config FreshConfig() {
+    Config config;
+    config.flags &= ~std::uint32_t{kFullscreen};
+    return config;
+}
 
 bool InstallConfigFiles(const std::string& directory, std::string& error) {
     for (const DefaultFile& file : kDefaultFiles) {

@@ -3,7 +3,12 @@
 
 #include <string>
 
+#include "app/config/Config.h"
+
 namespace vonta {
+
+// The defaults, but in a window: a new user's desktop keeps its mode.
+Config FreshConfig();
 
 // Writes Vonta.cfg, Keyb.cfg and Env.cfg with the defaults into a directory, each only if nothing of its name is
 // there: what the user has is never replaced. False, with name and reason, if one cannot be written.

@@ -77,14 +77,25 @@ TEST_F(CrashBackupTest, SavesTheSongInTheStartDirectoryAndEndsTheProcess) {
     }
 }
 
-TEST_F(CrashBackupTest, SaysSoWhenItCannotSave) {
-    Set("XDG_DATA_HOME", "/dev/null");
-    EXPECT_EXIT(
-        {
-            PlayerHost app;
-            CrashWithSong(app, false);
-        },
-        testing::ExitedWithCode(1), "Internal error, backup.vtm could not be saved");
+TEST_F(CrashBackupTest, GoesElsewhereOrSaysThatItCannotSave) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto cache = Get("XDG_CACHE_HOME"), temporary = Get("TMPDIR");
+    const struct { bool cacheTakesIt; const char* text; } cases[] = {
+        {true, "backup.vtm saved: .*/cache/vonta/backup.vtm"}, {false, "backup.vtm could not be saved"}};
+    for (const auto& c : cases) {
+        EXPECT_EXIT(
+            {
+                Set("XDG_DATA_HOME", "/dev/null");
+                Set("XDG_CACHE_HOME", c.cacheTakesIt ? directory_.File("cache") : "/dev/null");
+                Set("TMPDIR", "/proc");
+                fs::current_path("/proc/self");
+                PlayerHost app;
+                CrashWithSong(app, false);
+            },
+            testing::ExitedWithCode(1), c.text);
+    }
+    Set("XDG_CACHE_HOME", cache);
+    Set("TMPDIR", temporary);
 }
 
 void Fault() {

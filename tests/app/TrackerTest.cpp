@@ -4,6 +4,7 @@
 
 #include "app/Application.h"
 #include "formats/Loaders.h"
+#include "interface/layout/MainLayout.h"
 #include "interface/screens/DiskOpScreen.h"
 #include "platform/HeadlessWindow.h"
 #include "tests/support/SongBuilder.h"
@@ -19,17 +20,24 @@ class Tracker : public testing::Test {
 protected:
     Tracker() {
         setenv("XDG_DATA_HOME", home_.Path().c_str(), 1);
+        setenv("XDG_CACHE_HOME", home_.File("cache").c_str(), 1);   // where a song may wait too
+        setenv("SDL_AUDIODRIVER", "dummy", 1);       // where a configuration asks for sound
         fs::current_path(home_.Path());
     }
     ~Tracker() override {
         app_.reset();
         fs::current_path(before_);
         unsetenv("XDG_DATA_HOME");
+        unsetenv("XDG_CACHE_HOME");
+        unsetenv("SDL_AUDIODRIVER");
     }
 
     // No sound card is needed: MODE 3.
     int Start(const std::string& file = {}) {
         Silence();
+        return Launch(file);
+    }
+    int Launch(const std::string& file = {}) {
         TrackerOptions options;
         options.openWindow = [this](std::string&) {
             auto window = std::make_unique<HeadlessWindow>();
@@ -53,6 +61,17 @@ protected:
         }
         Frames(2);
     }
+    void Click(int x, int y) {
+        for (const auto kind : {WindowEventKind::MouseMove, WindowEventKind::LeftDown, WindowEventKind::LeftUp}) {
+            WindowEvent event;
+            event.kind = kind;
+            event.x = x;
+            event.y = y;
+            event.left = kind == WindowEventKind::LeftDown;
+            app_->OnEvent(event);
+            Frames(2);
+        }
+    }
     Song& CurrentSong() { return app_->GetSndPlayer()->GetSong(); }
     fs::path Directory() const { return home_.Path() / "vonta"; }
     void Silence() {
@@ -70,7 +89,8 @@ protected:
     std::unique_ptr<GMain> app_;
 };
 
-constexpr int kScanD = 7, kScanY = 28, kScanZ = 29, kScanN = 17, kScanSpace = 44, kScanEscape = 41;
+constexpr int kScanD = 7, kScanY = 28, kScanZ = 29, kScanN = 17, kScanSpace = 44, kScanEscape = 41, kScanReturn = 40,
+              kScanShift = 225;
 
 TEST_F(Tracker, StartsForANewUserWritesANoteAndAsksBeforeItGoes) {
     ASSERT_EQ(Start(), 0);
@@ -156,21 +176,73 @@ TEST_F(Tracker, DrawsNothingWhileMinimised) {
 
 TEST_F(Tracker, LoadsTheFileItIsGivenAndOffersABackupOnce) {
     const auto song = SongBuilder().SineInstrument(0, 64).Note(3, 1, 50, 1).Build();
+    song->SetTitle("Precious");
     fs::create_directories(Directory());
     DiskStream stream;
     ASSERT_TRUE(stream.Open((Directory() / "backup.vtm").string(), "wb"));
     ASSERT_EQ(SaveFile(&stream, SaveMode::Module, *song, {}), 0);
     ASSERT_EQ(Start(), 0);
     Frames(1);
-    EXPECT_EQ(app_->GetInterface().QuestionText(), " Load the crash backup??");
+    const std::string question = app_->GetInterface().QuestionText();
+    EXPECT_TRUE(question.starts_with(" Load the crash backup??\n Precious\n 20")) << question;
     Key(kScanY);
     Frames(3);
     EXPECT_EQ(CurrentSong().GetPattern(0)->Read(3, 1).note, 50);
     EXPECT_FALSE(fs::exists(Directory() / "backup.vtm"));
     std::size_t kept = 0;
-    for (const auto& entry : fs::directory_iterator(Directory()))
+    for (const auto& entry : fs::directory_iterator(Directory() / "Backups"))
         kept += entry.path().filename().string().starts_with("backup-");
     EXPECT_EQ(kept, 1u);
+}
+
+TEST_F(Tracker, TakesTheOldVideoModeBackWhenTheOtherIsRefused) {
+    ASSERT_EQ(Start(), 0);
+    window_->Screen().refuseFullscreen = true;
+    app_->RequestVideoRestart();
+    Frames(3);
+    EXPECT_TRUE(window_->Screen().IsOpen());
+    EXPECT_FALSE(window_->Screen().IsFullscreen());
+    EXPECT_NE(app_->GetInterface().QuestionText().find("video mode"), std::string::npos);
+    const int shown = window_->Screen().Presents();
+    Frames(2);
+    EXPECT_GT(window_->Screen().Presents(), shown);
+}
+
+// The desktop keeps the releases of what is held while the window changes.
+TEST_F(Tracker, TheWindowButtonForgetsWhatIsHeld) {
+    ASSERT_EQ(Start(), 0);
+    WindowEvent event;
+    event.kind = WindowEventKind::KeyDown;
+    event.scanCode = kScanShift;
+    app_->OnEvent(event);
+    Frames(2);
+    ASSERT_TRUE(app_->GetInterface().ShiftHeld());
+    const LayoutItem& button = ItemOf(kMainLayout, kMainWindowMode);
+    Click(kMainLayout.x - kMainLayout.OriginX() + button.x + 2, kMainLayout.y - kMainLayout.OriginY() + button.y + 2);
+    EXPECT_TRUE(window_->Screen().IsFullscreen());
+    EXPECT_FALSE(app_->GetInterface().ShiftHeld());
+}
+
+TEST_F(Tracker, StartsFromWhatShipsWhereNothingCanBeWrittenAndSaysSo) {
+    home_.Write("vonta", "a file where the directory should be");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Launch(), 0);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find(Directory().string()), std::string::npos);
+    Frames(2);
+    EXPECT_GE(window_->Screen().Presents(), 2);
+    EXPECT_NE(app_->GetInterface().QuestionText().find("not kept"), std::string::npos);
+    Key(kScanReturn);
+    app_->SaveConfig();
+    EXPECT_NE(app_->GetInterface().QuestionText().find("could not be saved"), std::string::npos);
+}
+
+TEST_F(Tracker, NamesTheConfigurationFileThatCannotBeRead) {
+    Silence();
+    fs::remove(Directory() / "Keyb.cfg");
+    fs::create_directories(Directory() / "Keyb.cfg");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Start(), 1);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("Keyb.cfg"), std::string::npos);
 }
 
 TEST_F(Tracker, TellsWhatIsMissingAndEnds) {

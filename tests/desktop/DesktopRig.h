@@ -28,11 +28,13 @@ class Desktop {
 public:
     explicit Desktop(const DesktopRecipe& recipe = {}) : recipe_(recipe), server_(1700, 1300, recipe.depth) {
         setenv("XDG_DATA_HOME", home_.Path().c_str(), 1);
+        setenv("XDG_CACHE_HOME", home_.File("cache").c_str(), 1);   // where a song may wait too
         setenv("SDL_AUDIODRIVER", "dummy", 1);       // plays in real time, heard by nobody
     }
     ~Desktop() {
         program_.reset();
         unsetenv("XDG_DATA_HOME");
+        unsetenv("XDG_CACHE_HOME");
         unsetenv("SDL_AUDIODRIVER");
     }
 

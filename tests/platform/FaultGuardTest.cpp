@@ -5,6 +5,7 @@
 #include <sys/mman.h>
 #include <xmmintrin.h>
 
+#include <cstdlib>
 #include <functional>
 #include <thread>
 
@@ -33,6 +34,7 @@ void TouchBeyondFile(void*) {
 }
 void OverflowStack(void*) { Recurse(0); }
 
+void Abort(void*) { std::abort(); }
 void Nothing(void*) {}
 
 bool Guarded(std::function<void()> work) {
@@ -45,7 +47,7 @@ struct Fault {
 };
 constexpr Fault kFaults[] = {{"BadAccess", TouchNothing}, {"Division", DivideByZero},
                              {"BadInstruction", BadInstruction}, {"BusError", TouchBeyondFile},
-                             {"StackOverflow", OverflowStack}};
+                             {"StackOverflow", OverflowStack}, {"Abort", Abort}};
 
 class FaultGuard : public testing::TestWithParam<Fault> {};
 

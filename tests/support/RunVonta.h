@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/ChildProcess.h"
@@ -16,9 +17,10 @@ struct Outcome {
 
 class Program {
 public:
-    // The arguments after the program's name; it starts in `directory`.
-    Program(const std::vector<std::string>& arguments, const std::filesystem::path& directory)
-        : child_(Command(arguments), {files_.File("out"), files_.File("err"), directory}) {}
+    // The arguments after the program's name; it starts in `directory`. By: a command that becomes the program.
+    Program(const std::vector<std::string>& arguments, const std::filesystem::path& directory,
+            std::vector<std::string> by = {})
+        : child_(Command(std::move(by), arguments), {files_.File("out"), files_.File("err"), directory}) {}
 
     ~Program() { child_.Stop(SIGINT); }
     Program(const Program&) = delete;
@@ -36,9 +38,10 @@ public:
     }
 
 private:
-    static std::vector<std::string> Command(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), VONTA_PROGRAM);
-        return arguments;
+    static std::vector<std::string> Command(std::vector<std::string> by, const std::vector<std::string>& arguments) {
+        by.emplace_back(VONTA_PROGRAM);
+        by.insert(by.end(), arguments.begin(), arguments.end());
+        return by;
     }
 
     TempDirectory files_;

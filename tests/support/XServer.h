@@ -32,6 +32,8 @@ public:
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
 
+    void Crash() { server_->Stop(SIGKILL); }
+
     // Without one, windows have no frame and cannot go full screen.
     void StartWindowManager() {
         manager_.emplace(std::vector<std::string>{"openbox", "--sm-disable"});
