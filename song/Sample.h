@@ -26,7 +26,9 @@ struct SampleData {
     static constexpr std::uint32_t kHeadFloats = 2;
     static constexpr std::uint32_t kTailFloats = 6;
 
-    std::unique_ptr<float[]> block;              // kHeadFloats + count + kTailFloats; none in new data
+    // kHeadFloats + count + kTailFloats; none in new data. Whoever keeps a copy of the song may share it: a wave on view
+    // is replaced, never written to.
+    std::shared_ptr<float[]> block;
     std::uint32_t count = 0;                     // floats, all channels together
     std::uint32_t refCount = 0;                  // how many clones point here
     std::uint8_t stereo = 0;                     // channels minus one

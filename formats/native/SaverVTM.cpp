@@ -15,7 +15,11 @@ struct SongWriter {
     ChunkWriter chunks;
     const Song& song;
     WavePacking packing;
+    const ModulePart* part = nullptr;                // what is wanted; null: everything
     RecordWriter io{chunks.Out()};
+
+    bool Wants(int ModulePart::* which, int number) const { return !part || part->*which == number; }
+    bool WantsMixer() const { return !part || part->mixer; }
 };
 
 void WriteHeader(SongWriter& out) {
@@ -71,14 +75,15 @@ void WritePattern(SongWriter& out, int number, const Pattern& pattern) {
 void WritePatterns(SongWriter& out) {
     OrderRecord(out.io, out.song);
     for (int number = 0; number < kMaxPatterns; ++number)
-        if (const Pattern* pattern = out.song.GetPattern(number)) WritePattern(out, number, *pattern);
+        if (const Pattern* pattern = out.song.GetPattern(number); pattern && out.Wants(&ModulePart::pattern, number))
+            WritePattern(out, number, *pattern);
     out.chunks.WriteEnd();
 }
 
 void WriteInstruments(SongWriter& out) {
     for (int number = 0; number < kMaxInstruments; ++number) {
         const Instrument* instrument = out.song.GetInstrument(number);
-        if (!instrument) continue;
+        if (!instrument || !out.Wants(&ModulePart::instrument, number)) continue;
         out.chunks.Chunk(kInstrumentChunk.Id(), [&] {
             out.io.U8(number);
             WriteInstrumentBody(out.chunks, *instrument, out.packing);
@@ -100,7 +105,7 @@ void WriteMissing(SongWriter& out, const ChunkKind& kind, const std::map<int, st
 }
 
 void WriteEffects(SongWriter& out) {
-    for (std::uint8_t slot = 0; slot < kEffectSlots; ++slot) {
+    for (std::uint8_t slot = 0; slot < kEffectSlots && out.WantsMixer(); ++slot) {
         const EffectSlot* effect = FindSlot(out.song, slot);
         if (!effect) {
             WriteMissing(out, kEffectChunk, out.song.missingEffects, slot);
@@ -119,7 +124,7 @@ void WriteEffects(SongWriter& out) {
 void WriteMixer(SongWriter& out) { MixerRecord(out.io, out.song, kMixerChunk.newest); }
 
 void WriteSynths(SongWriter& out) {
-    for (int number = 0; number < kMaxInstruments; ++number) {
+    for (int number = 0; number < kMaxInstruments && out.WantsMixer(); ++number) {
         const SynthPlugin* synth = out.song.GetSynth(number);
         if (!synth) {
             WriteMissing(out, kSongSynthChunk, out.song.missingSynths, number);
@@ -147,13 +152,23 @@ constexpr Section kSections[] = {
     {kSynthsChunk, WriteSynths},
 };
 
+void WriteSections(SongWriter& out) {
+    for (const Section& section : kSections) out.chunks.Chunk(section.kind.Id(), [&] { section.write(out); });
+    out.chunks.WriteEnd();
+}
+
 }  // namespace
 
 int SaveModule(FileStream& stream, Song& song, const SaveOptions& options) {
     SongWriter out{ChunkWriter(stream), song, {.wanted = options.compress, .report = options.report}};
-    for (const Section& section : kSections) out.chunks.Chunk(section.kind.Id(), [&] { section.write(out); });
-    out.chunks.WriteEnd();
+    WriteSections(out);
     if (options.report) ReportNativeLosses(song, *options.report);
+    return stream.Error().empty() ? 0 : 1;
+}
+
+int SaveModulePart(FileStream& stream, const Song& song, const ModulePart& part) {
+    SongWriter out{ChunkWriter(stream), song, {.leftOut = !part.waves}, &part};
+    WriteSections(out);
     return stream.Error().empty() ? 0 : 1;
 }
 

@@ -145,7 +145,7 @@ std::vector<std::uint8_t> Pack(const Sample& sample, std::span<const float> wave
 }  // namespace
 
 void WriteWave(ChunkWriter& chunks, const Sample& sample, WavePacking& packing) {
-    if (!sample.Wave()) return;
+    if (!sample.Wave() || packing.leftOut) return;
     const std::span wave(sample.Wave(), sample.Count());
     const WaveHead head{sample.Count(), static_cast<std::uint8_t>(sample.Channels())};
     const auto packed = Pack(sample, wave, packing);

@@ -11,6 +11,7 @@ namespace vonta {
 // Whether the waves of a file are to go out in the lossy form, and how far that may go.
 struct WavePacking {
     bool wanted = false;
+    bool leftOut = false;                            // no wave is written at all
     LoadReport* report = nullptr;                    // names the waves that stay plain; may be null
     std::int64_t allowance = kMaxUnpackedBytes;      // what a load will still unpack
 };
