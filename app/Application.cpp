@@ -7,6 +7,7 @@
 
 #include "app/config/ConfigFile.h"
 #include "app/Interrupt.h"
+#include "app/recovery/FormerFiles.h"
 #include "platform/Clock.h"
 #include "platform/Debug.h"
 
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::uint32_t kSilenceAfterFade = 1500;     // milliseconds
 constexpr auto kInterruptPeriod = std::chrono::milliseconds(20);
+constexpr const char* kFormerNotKept = "The former file was not kept: ";
 constexpr const char* kNotSaved = "Your settings could not be saved";
 
 }  // namespace
@@ -59,6 +61,13 @@ void GMain::SaveEnvironment() {
 void GMain::OnBackup(const std::string& message, bool audioFault) {
     if (!audioFault && m_pInterface) m_pInterface->ReleaseSurfaces();
     if (m_pWindow) ShowMessage("", message);
+}
+
+// The save goes on without: it replaces the file only when it is whole.
+void GMain::KeepFormer(const std::string& path) {
+    std::string error;
+    if (m_config.formerFiles == 0 || KeepFormerFile(m_szStartDir, path, error)) return;
+    if (!std::exchange(toldOfFormer_, true)) m_pInterface->Tell(kFormerNotKept + error);
 }
 
 bool GMain::HasSongToSave() const { return m_pTracker && m_pTracker->IsChanged(); }

@@ -13,6 +13,8 @@
 #include "app/config/Config.h"
 #include "app/config/Environment.h"
 #include "app/PlayerHost.h"
+#include "app/recovery/LeftWork.h"
+#include "app/recovery/Recovery.h"
 #include "interface/InterfaceHost.h"
 #include "interface/keys/Input.h"
 #include "interface/skin/Skin.h"
@@ -57,6 +59,7 @@ public:
     const std::string& GetStartDir() const override { return m_szStartDir; }
     int MixDown(const std::string& base, const MixdownOptions& options, std::string& error,
                 std::vector<std::string>& notes) override;
+    void KeepFormer(const std::string& path) override;
     bool HasSoundDevice() const override { return hasSoundDevice_; }
 
     TrackerInterface& GetInterface() { return *m_pInterface; }
@@ -77,10 +80,14 @@ private:
     int OpenChosenSkin();
     int OpenSound();
     void ShowIcon();
-    bool FindWaiting();                              // BackupOffer.cpp, as the next three
+    bool FindWaiting();                              // BackupOffer.cpp, as the next six
     void OfferNext();
     void OnOfferTaken(ControlRecord& record);
     void OnOfferDeclined(ControlRecord& record);
+    void OfferNextWork();
+    void OnWorkTaken(ControlRecord& record);
+    void OnWorkDeclined(ControlRecord& record);
+    void KeepWork();                                 // FrameLoop.cpp: what was edited, for any end
     class ShownProgress;                             // LongWork.cpp, as the next three
     void BeginLongWork();
     bool ShowProgress(float fraction);               // false if the user wants to stop
@@ -113,10 +120,13 @@ private:
     bool m_bCloseEditor = false;                     // the plug-in's window is to be closed
     bool hasSoundDevice_ = true;
     int status_ = 0;                                 // with which the program ends
-    std::vector<WaitingBackup> waiting_;             // to be offered, the newest first
+    std::vector<WaitingBackup> waiting_;             // to be offered, the newest first, and after them
+    std::vector<LeftWork> works_;                    // what other instances left unsaved
+    std::unique_ptr<Recovery> recovery_;             // of this one
     std::string unkept_;                             // why not all of the start directory could be written; or empty
     std::string dataDirectory_;                      // of packs and skins: the start directory, or what ships
     bool stopLongWork_ = false, inLongWork_ = false;
+    bool toldOfFormer_ = false;
     std::uint32_t titleFrames_ = 0;
 };
 

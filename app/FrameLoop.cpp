@@ -11,6 +11,7 @@
 #include "app/Messages.h"
 #include "app/config/ConfigSettings.h"
 #include "interface/screens/DiskOpScreen.h"
+#include "platform/Clock.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -35,6 +36,7 @@ int GMain::Run() {
 // What the user leaves behind is meant to be left.
 int GMain::LeaveAsWished() {
     if (ClaimEnd()) SetEnd(kDone);
+    if (recovery_) recovery_->Discard();
     return kDone;
 }
 
@@ -87,7 +89,14 @@ void GMain::Frame() {
     if (!m_pTracker->m_bEditorOpen || !m_config.Has(kFullscreen)) m_pVideo->Present();
     // Between two frames, so that the line which tells of it stays on the screen meanwhile.
     m_pInterface->DiskOp().WorkNow();
+    KeepWork();
     ShowTitle();
+}
+
+void GMain::KeepWork() {
+    if (!recovery_) return;
+    recovery_->Look(m_pTracker->Edits(), Milliseconds());
+    if (const std::string message = recovery_->TakeMessage(); !message.empty()) m_pInterface->Tell(message);
 }
 
 // Of the song and whether it is saved, where the desktop tells windows apart.

@@ -94,6 +94,7 @@ int GMain::FirstInit() {
     m_pSndPlayer->Stop(0, 1);
     InstallSong(m_pTracker->MakeFreshSong());
     m_pTracker->MarkSaved();
+    recovery_ = std::make_unique<Recovery>(m_szStartDir);
     if (FindWaiting()) OfferNext();
     else if (!unkept_.empty()) m_pInterface->TellReport(kUnkeptText, {unkept_});
     else if (fresh || !hasSoundDevice_) m_pInterface->Tell(hasSoundDevice_ ? kNotice : kSilentText);

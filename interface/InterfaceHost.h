@@ -21,6 +21,8 @@ public:
     // if it ended early; else error says why. A cancelled mixdown is 1 with an empty error.
     virtual int MixDown(const std::string& base, const MixdownOptions& options, std::string& error,
                         std::vector<std::string>& notes) = 0;
+    // A song is about to be saved over this file: what stood there is kept, unless the user wants none of it.
+    virtual void KeepFormer(const std::string& path) = 0;
     virtual bool HasSoundDevice() const = 0;     // false: the configured one could not be had, nothing sounds
 };
 

@@ -6,6 +6,8 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "platform/Debug.h"
 #include "platform/DisplayLoss.h"
@@ -14,9 +16,11 @@ namespace vonta {
 namespace {
 
 constexpr const char* kX11 = "libX11.so.6";
+constexpr std::chrono::seconds kLongestEnd{3};
 
 std::atomic<void (*)()> g_tell{nullptr};
 SDL_Window* g_window = nullptr;                  // ours; of the thread that works on it
+::Display* g_display = nullptr;                  // the connection that it is on
 
 void Tell() {
     if (void (*tell)() = g_tell) tell();
@@ -49,7 +53,14 @@ int OnConnectionGoneForGood(::Display*) {
     while (g_tell) pause();
     return 0;
 }
-int PassOver(::Display*) { return 0; }
+// SDL has a second connection of its own, which nobody can be asked to spare: the process would end with the wrong
+// status when SDL closes it. Whoever watches the end is faster.
+int PassOver(::Display* display) {
+    if (display == g_display) return 0;
+    Tell();
+    std::this_thread::sleep_for(kLongestEnd);
+    return 0;
+}
 
 // Null for another kind of display, and for what an older library does not have.
 template <class Function>
@@ -75,6 +86,7 @@ void WatchWindowLoss(SDL_Window* window) {
     SDL_SysWMinfo info;
     g_window = window;
     if (!SystemWindow(info)) return;
+    g_display = info.info.x11.display;
     SDL_EventState(SDL_SYSWMEVENT, SDL_ENABLE);
     if (auto* set = Find<decltype(XSetIOErrorExitHandler)>("XSetIOErrorExitHandler"))
         set(info.info.x11.display, OnConnectionGone, nullptr);

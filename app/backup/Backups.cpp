@@ -35,7 +35,9 @@ std::string TimeText(std::time_t time) {
 }
 
 std::string NameAt(const char* what, std::time_t time, int number) {
-    return std::string(what) + "-" + TimeText(time) + (number == 0 ? "" : "-" + std::to_string(number)) + kSuffix;
+    std::string name = std::string(what) + '-' + TimeText(time);
+    if (number != 0) name.append(1, '-').append(std::to_string(number));
+    return name + kSuffix;
 }
 
 bool IsNamed(const std::string& name, const char* what) {

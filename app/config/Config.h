@@ -61,6 +61,7 @@ struct Config {
     int fullscreenBits = 2;                          // 16, 24, 32
     std::array<int, kWheelModifiers> mouse{kWheelScroll, kWheelRow, kWheelNothing, kWheelInstrument};
     int waitTime = 10;                               // ms between frames; none at 0 or below
+    int formerFiles = 1;                             // 0: a save keeps nothing of the file that it replaces
     int undoMemory = 256;                            // MiB that the steps to be taken back may hold
 
     bool operator==(const Config&) const = default;

@@ -90,6 +90,7 @@ constexpr Key kKeys[] = {
     {"WAIT_TIME", Number{&Config::waitTime, 10}, "Wait time between interface frames update (ms)"},
     {"MIDI_IN", MidiInput{}, "Midi in device number"},
     {"UNDO_MEMORY", RareNumber{&Config::undoMemory}, ""},
+    {"KEEP_FORMER_FILES", RareNumber{&Config::formerFiles}, ""},
 };
 
 constexpr std::size_t kHelpColumn = 26;              // width of the names in the header

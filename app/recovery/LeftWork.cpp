@@ -16,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::int64_t kMaxManifestBytes = 16 << 20;
+constexpr const char* kDeclined = "declined";
 constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
 
 std::optional<Manifest> ReadManifest(const std::string& directory) {
@@ -179,6 +180,7 @@ std::vector<LeftWork> FindLeftWork(const std::string& startDirectory) {
         work.path = manifest->base.path;
         work.time = manifest->time;
         work.edits = manifest->edits;
+        work.declined = fs::exists(fs::path(directory) / kDeclined, none);
         works.push_back(std::move(work));
     }
     std::ranges::sort(works, std::greater{}, &LeftWork::time);
@@ -202,9 +204,16 @@ void RemoveLeftWork(LeftWork& work) {
     work.lock.reset();
 }
 
+void Decline(LeftWork& work) {
+    DiskStream mark;
+    if (mark.Open(work.directory + "/" + kDeclined, "wb")) mark.Close();
+    work.declined = true;
+}
+
 void RemoveOldWork(std::vector<LeftWork>& works, std::int64_t now) {
     std::uint64_t bytes = 0;
     for (LeftWork& work : works) {               // the newest first
+        if (!work.declined) continue;
         bytes += BytesIn(work.directory);
         if (now - work.time > kKeptDays * kSecondsPerDay || bytes > kKeptBytes) RemoveLeftWork(work);
     }

@@ -18,6 +18,7 @@ struct LeftWork {
     std::string path;                            // of its file; empty if it had none
     std::int64_t time = 0;                       // seconds since 1970, of the last writing
     std::uint64_t edits = 0;
+    bool declined = false;                       // offered once: kept, but not offered again
     std::unique_ptr<FileLock> lock;
 };
 
@@ -32,6 +33,7 @@ std::vector<LeftWork> FindLeftWork(const std::string& startDirectory);
 std::unique_ptr<Song> LoadLeftWork(const LeftWork& work, LoadReport& report);
 
 void RemoveLeftWork(LeftWork& work);
+void Decline(LeftWork& work);                    // whoever wants it back removes the file "declined" from its directory
 
 // What the user did not want is kept for a while: of `works`, those older than kKeptDays go, and the oldest ones until
 // the rest takes no more than kKeptBytes.

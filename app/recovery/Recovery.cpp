@@ -123,6 +123,7 @@ void Recovery::LookAtUnchanged(Editor& editor) {
     if (std::exchange(written_, false)) writer_->Write({});
     if (baseState_ == seenState_ || (writer_ && writer_->IsBusy())) return;
     TakeBase(editor.GetSong());
+    baseless_ = manifest_.base.path.empty();
     baseState_ = seenState_;
 }
 
@@ -132,8 +133,9 @@ void Recovery::Look(Editor& editor, std::uint32_t now) {
     if (waiting_ && writer_ && !writer_->IsBusy()) TakeResult(now);
     if (!editor.IsChanged()) return LookAtUnchanged(editor);
     Touched more = journal.TakeTouched();
-    if (more.song || baseState_ == Journal::kNever) {            // another song, of which no file is the base
+    if (more.song || baseless_) {                // another song, or the first change of one without a file
         Restart({});
+        baseless_ = false;
         baseState_ = kNoBase;
         touched_ = Everything(song);
         firstChange_ = now;
@@ -226,6 +228,7 @@ void Recovery::Discard() {
     lock_.Release();
     directory_.clear();
     baseState_ = Journal::kNever;
+    baseless_ = true;
 }
 
 std::string Recovery::PartName(const std::string& what) {

@@ -61,7 +61,7 @@ private:
     std::uint64_t baseState_ = Journal::kNever, seenState_ = 0;  // of the journal
     std::uint64_t generation_ = 0;
     std::uint32_t firstChange_ = 0, failedAt_ = 0;
-    bool failing_ = false;
+    bool failing_ = false, baseless_ = true;     // baseless_: nothing of the song is on the disk
     std::string message_;
 };
 

@@ -21,6 +21,7 @@ enum ConfigControl : int {
     kConfigMouseDelayUp, kConfigMouseDelayDown, kConfigMouseDelay,
     kConfigDecimal, kConfigHexadecimal,
     kConfigMultiRecord, kConfigMultiEdit, kConfigVelocity, kConfigAutoTune,
+    kConfigFormerFiles,
     kConfigMidiInLight, kConfigMidiOutLight,
     kConfigDevice, kConfigRate, kConfigSkin, kConfigDirectory,
     kConfigSave, kConfigExit,
@@ -69,6 +70,10 @@ inline constexpr LayoutRow kConfigTable[] = {
     TitleAt(656, 86, "Samples"),
     ButtonAt(Look::SmallButton, kConfigAutoTune, 652, 104, 1),
     LabelAt(674, 104, "Tune to C-4"),
+    GroupAt(648, 128, 148, 40),
+    TitleAt(656, 130, "Saving"),
+    ButtonAt(Look::SmallButton, kConfigFormerFiles, 652, 148, 1),
+    LabelAt(674, 148, "Keep last five"),
 
     GroupAt(4, 86, 640, 66),
     LabelAt(12, 88, "MIDI input"),

@@ -28,6 +28,7 @@ constexpr ControlRow<Self> kRows[] = {
     {kConfigMultiEdit, Press<&Self::OnFlag>, kMultichannelEdit, kOnRelease, &Self::HasFlag},
     {kConfigVelocity, Press<&Self::OnFlag>, kRecordVelocity, kOnRelease, &Self::HasFlag},
     {kConfigAutoTune, Press<&Self::OnFlag>, kAutoTuneSample, kOnRelease, &Self::HasFlag},
+    {kConfigFormerFiles, Press<&Self::OnFormerFiles>, 0, kOnRelease, &Self::KeepsFormerFiles},
     {kConfigSave, Press<&Self::OnSave>},
     {kConfigExit, Press<&Self::OnExit>},
 };
@@ -206,6 +207,9 @@ void ConfigScreen::OnNumbers(ControlRecord& record) {
     Settings().patternNumberMode = record.param;
     State().pending.m_bHexMode = record.param != 0;
 }
+
+void ConfigScreen::OnFormerFiles(ControlRecord&) { Settings().formerFiles = Settings().formerFiles == 0 ? 1 : 0; }
+bool ConfigScreen::KeepsFormerFiles(std::int32_t) const { return Settings().formerFiles != 0; }
 
 void ConfigScreen::OnFlag(ControlRecord& record) { Settings().flags ^= static_cast<std::uint32_t>(record.param); }
 

@@ -15,6 +15,8 @@ public:
 
     void OnStep(ControlRecord& record);          // param: the value's number, negative plus one to go down
     void OnNumbers(ControlRecord& record);
+    void OnFormerFiles(ControlRecord& record);
+    bool KeepsFormerFiles(std::int32_t) const;
     void OnFlag(ControlRecord& record);
     void OnSave(ControlRecord& record);
     void OnExit(ControlRecord& record);

@@ -85,6 +85,19 @@ std::string DiskOpScreen::ReadSong() {
     return {};
 }
 
+void DiskOpScreen::TakeRecovered(std::unique_ptr<Song> song, const LoadReport& report) {
+    auto& request = State().requests.song;
+    request = {};
+    request.fileName = song->fileName;
+    request.offeredName = request.fileName.empty() ? "" : SongFileName(NameOf(request.fileName), SaveFormat::Native);
+    request.object = std::move(song);
+    request.changed = true;
+    isWhole_ = report.lines.empty();
+    choice_.m_nSaveFormat = SaveFormat::Native;
+    State().m_szRequestedFile = request.object->title;
+    TellLoaded(report);
+}
+
 std::string DiskOpScreen::ReadInstrument() {
     LoadReport report;
     auto instrument = LoadInstrument(m_szChosenFile, report);

@@ -38,6 +38,7 @@ public:
     void LoadDropped(const std::string& path);   // asks for it, by the name's suffix
     // A backup comes back as a song that is not saved and has no file: the backup is none to save over.
     void LoadBackup(const std::string& path);
+    void TakeRecovered(std::unique_ptr<Song> song, const LoadReport& report);    // counts as changed
 
     // --- Saving: a name, a question if a file has it, a request. DiskSave.cpp
     void AskForSong();                           // the save question

@@ -124,7 +124,8 @@ void DiskOpScreen::RequestSave(SaveKind kind, FileKind directory, const std::str
     State().m_szRequestedFile = written;
     std::error_code failed;
     if (fs::exists(directories_.Of(directory) + "/" + written, failed))
-        Ui().AskWithCare(kOverwriteText + ("\n" + ShortName(written, kNameInOverwrite)), Bind<&DiskOpScreen::OnOverwrite>(this));
+        Ui().AskWithCare(std::string(kOverwriteText) + '\n' + ShortName(written, kNameInOverwrite),
+                         Bind<&DiskOpScreen::OnOverwrite>(this));
     else
         State().m_bSaveRequested = true;
 }
@@ -164,6 +165,7 @@ DiskOpScreen::Outcome DiskOpScreen::WriteSong() {
     options.compress = choice_.m_bCompress;
     options.report = &report;
     DiskStream stream;
+    Ui().Host().KeepFormer(m_szSaveFile);
     if (!stream.Open(m_szSaveFile, "wb")) return {false, stream.Error(), {}};
     const MixerPause pause(Player());
     Song& song = Player().GetSong();
@@ -192,8 +194,9 @@ DiskOpScreen::Outcome DiskOpScreen::MixDown() {
 DiskOpScreen::Outcome DiskOpScreen::WriteInstrument() {
     const Instrument* instrument = State().SelectedInstrument();
     if (!instrument) return {false, kNothingToSave, {}};
-    const bool done = vonta::SaveInstrument(m_szSaveFile, *instrument) == 0;
-    return {done, done ? "" : kUnwritable, {}};
+    LoadReport report;
+    if (vonta::SaveInstrument(m_szSaveFile, *instrument, &report) == 0) return {true, {}, report.lines};
+    return {false, report.error.empty() ? kUnwritable : report.error, {}};
 }
 
 DiskOpScreen::Outcome DiskOpScreen::WriteSample() {

@@ -205,6 +205,9 @@ TEST(Recovery, OldWorkGoesByAgeAndBySize) {
     auto works = FindLeftWork(home.Path().string());
     ASSERT_EQ(works.size(), 3u);
     RemoveOldWork(works, 1000000 + 81 * 86400);
+    ASSERT_EQ(works.size(), 3u) << "what was not offered yet stays";
+    for (LeftWork& work : works) Decline(work);
+    RemoveOldWork(works, 1000000 + 81 * 86400);
     ASSERT_EQ(works.size(), 1u);
     EXPECT_EQ(works.front().time, 1000000 + 80 * 86400);
 }

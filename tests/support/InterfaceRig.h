@@ -27,6 +27,7 @@ struct RigHost final : InterfaceHost {
         error = "none here";
         return 1;
     }
+    void KeepFormer(const std::string&) override {}
     bool HasSoundDevice() const override { return true; }
 
     std::string startDir;
