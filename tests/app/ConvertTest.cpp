@@ -100,7 +100,8 @@ TEST_F(ConvertTest, LongTonalSamplesComeBackWholeFromACompressedSong) {
     EXPECT_EQ(Run({"convert", "--compress", "plain.vtm", "PACKED.VTM"}).err, "");
     EXPECT_LT(std::filesystem::file_size(directory_.File("PACKED.VTM")), 1u << 20);
     EXPECT_EQ(Run({"check", "PACKED.VTM"}).out, "PACKED.VTM: ok\n");
-    for (const auto& instrument : Info("PACKED.VTM")["instruments"]) EXPECT_EQ(Frames(instrument), 20u * 44100);
+    const auto packed = Info("PACKED.VTM");
+    for (const auto& instrument : packed["instruments"]) EXPECT_EQ(Frames(instrument), 20u * 44100);
 }
 
 TEST_F(ConvertTest, AModHoldsTheLongestOfASampleAndNamesWhatItCuts) {
