@@ -230,8 +230,12 @@ struct PlayingRig {
         player.Play(0);
         const auto longest = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         const auto plays = [this] { return player.IsPlaying() && player.TicksPlayed() > 0; };
-        while (!plays() && std::chrono::steady_clock::now() < longest) std::this_thread::yield();
-        return plays();
+        bool played = plays();                       // asked once a round: the commands come to the player meanwhile
+        while (!played && std::chrono::steady_clock::now() < longest) {
+            std::this_thread::yield();
+            played = plays();
+        }
+        return played;
     }
     bool IsHeard() {
         const int before = script.calls;

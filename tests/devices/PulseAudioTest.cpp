@@ -133,7 +133,8 @@ TEST_F(PulseAudio, NeitherALongLatencyNorAServerThatHangsHoldsTheEnd) {
                 if (hangs) server_.Signal(SIGSTOP);
                 const auto start = std::chrono::steady_clock::now();
                 program_->Signal(signal);
-                EXPECT_EQ(program_->Wait().status, 130);
+                const Outcome outcome = program_->Wait();
+                EXPECT_EQ(outcome.status, 130) << outcome.err;
                 const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
                 server_.Signal(SIGCONT);
                 EXPECT_LT(took.count(), hangs ? 2.0 : 0.5);
