@@ -91,6 +91,7 @@ public:
 
     void SetStopAtEnd(bool on) { sequencer_.SetStopAtEnd(on); }
     bool IsPlaying() const { return sequencer_.IsPlaying(); }
+    bool IsPatternMode() const { return sequencer_.IsPatternMode(); }   // of the last Play: one pattern over and over
     bool HasEnded() const { return sequencer_.HasEnded(); }
     std::uint32_t TicksPlayed() const { return sequencer_.TicksPlayed(); }   // since Play
     float GetBPM() const { return sequencer_.GetBPM(); }

@@ -47,23 +47,30 @@ void ScopeTap::TakeSegment(const Mixer& mixer, int offset, int frames) {
     }
 }
 
-void ScopeTap::TakeBlock(const Mixer& mixer, int frames) {
-    if (segmentsWanted_ <= 0) return;
-    const float* sound = mixer.finalBuffer[0].data();
-    const Walk walk = Next(outputPoint_, static_cast<float>(mixer.sampleRate), frames);
-    for (std::size_t side = 0; side < output_.size(); ++side) {
-        if (mixer.finalZeroed[0]) {
-            Silence(output_[side]);
-            continue;
-        }
+void ScopeTap::TakePeaks(const float* sound, int frames) {
+    for (std::size_t side = 0; side < peak_.size(); ++side) {
         float peak = peak_[side].load(std::memory_order_relaxed);
         for (int frame = 0; frame < frames; ++frame)
             peak = std::max(peak, std::abs(sound[2 * frame + static_cast<int>(side)]));
         peak_[side].store(peak, std::memory_order_relaxed);
-        output_[side].silent = false;
+    }
+}
+
+void ScopeTap::TakeBlock(const Mixer& mixer, int frames) {
+    if (segmentsWanted_ <= 0) return;
+    const Walk walk = Next(outputPoint_, static_cast<float>(mixer.sampleRate), frames);
+    if (!mixer.finalZeroed[0]) TakePeaks(mixer.finalBuffer[0].data(), frames);
+    for (std::size_t half = 0; half < outputs_.size(); ++half) {
+        const std::size_t pair = half / 2, side = half % 2;
+        if (mixer.finalZeroed[pair]) {
+            Silence(outputs_[half]);
+            continue;
+        }
+        outputs_[half].silent = false;
+        const float* sound = mixer.finalBuffer[pair].data() + side;
         for (int i = 0; i < walk.count; ++i) {
             const int frame = std::min(static_cast<int>(static_cast<float>(i) * walk.step), frames - 1);
-            output_[side].points[static_cast<std::size_t>(walk.first + i)] = sound[2 * frame + static_cast<int>(side)];
+            outputs_[half].points[static_cast<std::size_t>(walk.first + i)] = sound[2 * frame];
         }
     }
 }

@@ -1,5 +1,5 @@
 // What others may see of the sound while it runs: which tracks sound, the peak of the first output pair, and short
-// traces of the tracks and of that pair, all at the 16-bit scale.
+// traces of the tracks and of all outputs, all at the 16-bit scale.
 //
 // The audio side writes, anyone reads, and nobody waits: a reader may find the beginning of one picture and the end of
 // the last, which is good enough to be looked at. Traces are only kept while somebody watches.
@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdint>
 
+#include "audio/DrvSound.h"
 #include "platform/Shared.h"
 #include "song/Pattern.h"
 
@@ -24,7 +25,8 @@ public:
     void Watch() { segmentsWanted_ = kSegmentsWatched; }   // call it once a frame
     bool IsActive(int track) const { return active_[static_cast<std::size_t>(track)]; }
     const Trace& OfTrack(int track) const { return tracks_[static_cast<std::size_t>(track)].points; }   // both sides added
-    const Trace& OfOutput(int side) const { return output_[static_cast<std::size_t>(side)].points; }
+    // Left and right of each pair in turn.
+    const Trace& OfOutput(int half) const { return outputs_[static_cast<std::size_t>(half)].points; }
     // The highest since the last call, 0 to 32767 as a rule.
     float TakePeak(int side) { return peak_[static_cast<std::size_t>(side)].exchange(0.0f, std::memory_order_relaxed); }
 
@@ -46,9 +48,10 @@ private:
     };
     static Walk Next(int& at, float sampleRate, int frames);
     static void Silence(Kept& kept);
+    void TakePeaks(const float* sound, int frames);
 
     std::array<Kept, kTracks> tracks_;
-    std::array<Kept, 2> output_;
+    std::array<Kept, 2 * kOutputPairs> outputs_;
     std::array<Relaxed<std::uint8_t>, kTracks> active_{};
     std::array<std::atomic<float>, 2> peak_{};
     Relaxed<std::int32_t> segmentsWanted_{0};

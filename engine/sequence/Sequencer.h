@@ -67,6 +67,7 @@ public:
     bool IsChannelMuted(int channel) const;
 
     bool IsPlaying() const { return playing_; }
+    bool IsPatternMode() const { return patternMode_; }   // of the last Play
     bool HasEnded() const { return ended_; }
     bool Revisited() const { return revisited_; }
     std::uint32_t TicksPlayed() const { return tickCounter_; }   // since Play
