@@ -21,6 +21,7 @@
 #include "app/Messages.h"
 #include "app/Play.h"
 #include "app/Render.h"
+#include "app/Script.h"
 #include "platform/Debug.h"
 
 namespace vonta {
@@ -46,6 +47,7 @@ constexpr struct {
     {"check", "Tell whether files are sound", AddCheckCommand},
     {"play", "Play a song in real time", AddPlayCommand},
     {"devices", "List the devices", AddDevicesCommand},
+    {"script", "Run a script", AddScriptCommand},
 };
 
 void SendLogToErrorOutput() {
