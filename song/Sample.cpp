@@ -17,6 +17,23 @@ std::unique_ptr<float[]> MakeBlock(std::size_t count) {
     return std::make_unique<float[]>(SampleData::kHeadFloats + count + SampleData::kTailFloats);
 }
 
+using Parts = std::initializer_list<std::span<const float>>;
+
+std::size_t CountOf(Parts parts) {
+    std::size_t count = 0;
+    for (const auto part : parts) count += part.size();
+    return count;
+}
+
+// Written once from end to end: a wave may have hundreds of megabytes.
+std::unique_ptr<float[]> MakeBlock(Parts parts) {
+    auto block = std::make_unique_for_overwrite<float[]>(SampleData::kHeadFloats + CountOf(parts) + SampleData::kTailFloats);
+    float* at = std::fill_n(block.get(), SampleData::kHeadFloats, 0.0f);
+    for (const auto part : parts) at = std::ranges::copy(part, at).out;
+    std::fill_n(at, SampleData::kTailFloats, 0.0f);
+    return block;
+}
+
 void Install(Sample& sample, std::unique_ptr<float[]> block, std::uint32_t count, int channels) {
     sample.Unlink();
     sample.data->isClone = 0;
@@ -57,12 +74,6 @@ Selection Split(const Sample& sample) {
     return {values.first(static_cast<std::size_t>(start)),
             values.subspan(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start)),
             values.subspan(static_cast<std::size_t>(end))};
-}
-
-std::vector<float> Joined(std::initializer_list<std::span<const float>> parts) {
-    std::vector<float> values;
-    for (const auto part : parts) values.insert(values.end(), part.begin(), part.end());
-    return values;
 }
 
 }  // namespace
@@ -111,9 +122,7 @@ std::span<float> Sample::Allocate(std::uint32_t count, int channels) {
 
 void Sample::SetData(std::span<const float> values, int channels) {
     // The values may lie in the wave that is replaced: copied first.
-    auto block = MakeBlock(values.size());
-    std::ranges::copy(values, block.get() + SampleData::kHeadFloats);
-    Install(*this, std::move(block), static_cast<std::uint32_t>(values.size()), channels);
+    Install(*this, MakeBlock({values}), static_cast<std::uint32_t>(values.size()), channels);
 }
 
 void Sample::MakeClone() {
@@ -170,19 +179,21 @@ std::unique_ptr<Sample> Sample::Duplicate() const {
     return copy;
 }
 
-void Sample::ReplaceWave(std::span<const float> values, std::int32_t selectionEnd) {
-    SetData(values, Channels());
+void Sample::ReplaceWave(std::initializer_list<std::span<const float>> parts) {
+    const auto count = static_cast<std::uint32_t>(CountOf(parts));
+    Install(*this, MakeBlock(parts), count, Channels());
     data->loopStart = 0;
-    data->loopEnd = std::max(data->count, 1u) - 1;
+    data->loopEnd = std::max(count, 1u) - 1;
     selActive = 0;
     selStart = 0;
-    selEnd = selectionEnd;
+    selEnd = static_cast<std::int32_t>(count) - 1;
     Validate();
 }
 
 SampleClip Sample::Copy() const {
     if (!selActive) return {};
-    return {Joined({Split(*this).inside}), Channels()};
+    const auto inside = Split(*this).inside;
+    return {{inside.begin(), inside.end()}, Channels()};
 }
 
 SampleClip Sample::Cut() {
@@ -194,29 +205,28 @@ SampleClip Sample::Cut() {
 void Sample::Delete() {
     if (!selActive) return;
     const Selection selection = Split(*this);
-    const auto values = Joined({selection.before, selection.after});
-    ReplaceWave(values, static_cast<std::int32_t>(values.size()) - 1);
+    ReplaceWave({selection.before, selection.after});
 }
 
 void Sample::Paste(const SampleClip& clip) {
     if (!selActive || clip.values.empty() || clip.channels != Channels()) return;
-    if (Count() + clip.values.size() > std::numeric_limits<std::uint32_t>::max()) return;
+    if (Count() + clip.values.size() > std::numeric_limits<std::int32_t>::max()) return;   // a selection reaches its end
     const Selection selection = Split(*this);
-    const auto values = Joined({selection.before, clip.values, selection.inside, selection.after});
-    ReplaceWave(values, static_cast<std::int32_t>(values.size()) - 1);
+    ReplaceWave({selection.before, clip.values, selection.inside, selection.after});
 }
 
 void Sample::Crop() {
-    if (!selActive) return;
-    const auto values = Joined({Split(*this).inside});
-    if (!values.empty()) ReplaceWave(values, -1);
+    const auto inside = Split(*this).inside;
+    if (!selActive || inside.empty()) return;
+    ReplaceWave({inside});
+    selEnd = -1;
 }
 
 void Sample::ToggleSign() {
     if (!Wave()) return;
-    auto values = Joined({Values(*this)});
+    SetData(Values(*this), Channels());
+    const std::span<float> values{data->Wave(), data->count};
     std::ranges::transform(values, values.begin(), OtherSign);
-    SetData(values, Channels());
     Validate();
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string>
@@ -101,7 +102,7 @@ struct Sample {
     bool IsSixteenBit() const;
 
 private:
-    void ReplaceWave(std::span<const float> values, std::int32_t selectionEnd);
+    void ReplaceWave(std::initializer_list<std::span<const float>> parts);
 };
 
 }  // namespace vonta

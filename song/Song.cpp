@@ -31,23 +31,6 @@ int Append(Places& places, std::int32_t& count, Object object) {
     return count++;
 }
 
-struct SampleNumber {
-    int instrument, sample;
-    bool operator==(const SampleNumber&) const = default;
-    std::uint32_t Id() const {
-        return static_cast<std::uint32_t>(instrument) * 256 + static_cast<std::uint32_t>(sample);
-    }
-};
-
-SampleNumber NumberOf(std::uint32_t cloneId) {
-    return {static_cast<int>(cloneId >> 8 & 0xFF), static_cast<int>(cloneId & 0xFF)};
-}
-
-Sample* Find(const Song& song, SampleNumber number) {
-    const Instrument* instrument = song.GetInstrument(number.instrument);
-    return instrument ? instrument->GetSample(number.sample) : nullptr;
-}
-
 void TakePlayingDefaults(Sample& clone, const Sample& source) {
     clone.fineTune = source.fineTune;
     clone.data->loopEnd = source.data->loopEnd;
@@ -169,22 +152,26 @@ void Song::SwapSamples(int instrumentA, int sampleA, int instrumentB, int sample
     std::swap(a->samples[static_cast<std::size_t>(sampleA)], b->samples[static_cast<std::size_t>(sampleB)]);
 }
 
-void Song::LinkSample(int instrumentA, int sampleA, int instrumentB, int sampleB) {
-    const SampleNumber numberA{instrumentA, sampleA};
-    SampleNumber numberB{instrumentB, sampleB};
-    Sample* a = Find(*this, numberA);
-    if (!a || !a->data->isClone || numberA == numberB) return;
+Sample* Song::Find(SampleNumber number) const {
+    const vonta::Instrument* instrument = GetInstrument(number.instrument);
+    return instrument ? instrument->GetSample(number.sample) : nullptr;
+}
 
-    Sample* b = Find(*this, numberB);
-    if (b && b->data->isClone) {
-        numberB = NumberOf(b->data->cloneId);
-        if (numberA == numberB) return;
-        b = Find(*this, numberB);
-        if (b && b->data->isClone)
-            DebugOutput("FATAL ASSERT: dangerous link (clone sample linked to another one)\n");
-    }
+SampleNumber Song::CloneTarget(SampleNumber source) const {
+    const Sample* sample = Find(source);
+    return sample && sample->data->isClone ? SampleNumber::OfCloneId(sample->data->cloneId) : source;
+}
+
+void Song::LinkSample(int instrumentA, int sampleA, int instrumentB, int sampleB) {
+    const SampleNumber numberA{instrumentA, sampleA}, source{instrumentB, sampleB};
+    Sample* a = Find(numberA);
+    if (!a || !a->data->isClone || numberA == source) return;
+    const SampleNumber numberB = CloneTarget(source);
+    if (numberA == numberB) return;
+    Sample* b = Find(numberB);
+    if (b && b->data->isClone) DebugOutput("FATAL ASSERT: dangerous link (clone sample linked to another one)\n");
     if (b) TakePlayingDefaults(*a, *b);
-    a->Link(b ? b->data : nullptr, numberB.Id());
+    a->Link(b ? b->data : nullptr, numberB.CloneId());
 }
 
 int Song::CountInstruments() const {

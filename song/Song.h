@@ -62,6 +62,18 @@ using FxSlotTable = std::array<std::unique_ptr<EffectSlot>, kEffectSlots>;
 
 constexpr std::uint32_t kNotKept = 0xFFFFFFFF;               // of a number that a song does not keep apart
 
+// A sample of a song: the instrument's place and the sample's place in it.
+struct SampleNumber {
+    int instrument = 0, sample = 0;
+    bool operator==(const SampleNumber&) const = default;
+    std::uint32_t CloneId() const {              // as a clone holds it
+        return static_cast<std::uint32_t>(instrument) * 256 + static_cast<std::uint32_t>(sample);
+    }
+    static SampleNumber OfCloneId(std::uint32_t id) {
+        return {static_cast<int>(id >> 8 & 0xFF), static_cast<int>(id & 0xFF)};
+    }
+};
+
 struct Song {
     std::string title;                                   // at most 254 characters
     std::uint32_t bpm = kDefaultBpm;                     // the player writes the running value here
@@ -128,6 +140,9 @@ struct Song {
     void SwapSamples(int instrumentA, int sampleA, int instrumentB, int sampleB);   // both of the sample kind
     // Makes sample A, already of the clone kind, play sample B.
     void LinkSample(int instrumentA, int sampleA, int instrumentB, int sampleB);
+    Sample* Find(SampleNumber number) const;             // null if it is not there
+    // What a clone of `source` plays: the source, or what that one plays if it is a clone itself.
+    SampleNumber CloneTarget(SampleNumber source) const;
     int CountInstruments() const;
     int CountSamples() const;                            // the first 16 of each instrument
 
