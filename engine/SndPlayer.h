@@ -114,6 +114,10 @@ public:
     int QueueNoteOn(int note, int instrument, int channel, int volume) {
         return requests_.QueueNoteOn(note, instrument, channel, volume);
     }
+    // A sample from one float to another, once if that is not all of it, at the rate of its recording.
+    int QueueStretch(int instrument, int sample, std::uint32_t from, std::uint32_t to) {
+        return requests_.QueueStretch(instrument, sample, from, to);
+    }
     void QueueKeyOff(int channel) { QueueNoteOn(kNoteOff, 0, channel, 0); }   // a released key
 
     // A muted track takes no notes; a muted instrument's notes run unheard.

@@ -10,6 +10,7 @@
 #include "engine/channels/ChannelMemory.h"
 #include "engine/channels/MidiNotes.h"
 #include "engine/mix/Mixer.h"
+#include "engine/sequence/JamQueue.h"
 
 namespace vonta {
 
@@ -21,6 +22,7 @@ public:
     // note 0 to 95; offset in floats into the wave; volume above 128 is the sample's own; pan with any of bits 8 to 15
     // set is that in its low byte, else the sample's; time in milliseconds, for MIDI. Ignored if nothing can sound.
     void PlayNote(int instrument, int note, int offset, int volume, int channel, int pan, std::uint32_t time);
+    void PlayStretch(const JamNote& stretch, int channel, std::uint32_t time);   // of one sample, whatever the keys say
     void KeyOff(int channel, std::uint32_t time);
     // What note and instrument column (from 1; 0 none) of a cell ask for. True if a note was started.
     bool Trigger(int channel, int note, int instrument, int volume, bool restartEnvelopes, std::uint32_t time);
@@ -49,6 +51,7 @@ private:
     void SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff, float resonance);
     float StepCutoffLfo(Instrument& instrument);
     void MoveOldSoundOut(int channel);
+    Channel& TakeChannel(int channel, int instrument, int pan, int volume);
     void StartVoices(const NoteStart& note);
 
     Mixer& mixer_;

@@ -9,6 +9,7 @@ namespace {
 
 constexpr int kMaxPitchNote = 126;
 constexpr int kOwnPan = 128;
+constexpr int kOwnRateNote = 48;                 // plays a wave at its own rate where nothing is added
 constexpr std::uint16_t kReserveFadeOut = 200;    // at least: so that no note in the reserve lasts for ever
 constexpr float kDegree = 0.017452778f;
 constexpr float kEqGain = 25.0f;                  // dB of a stored 1.0
@@ -18,15 +19,15 @@ void SetWave(Voice& voice, const Sample& sample, int offset) {
     const SampleData& wave = sample.data->Source();
     const std::uint32_t frame = wave.stereo ? 2 : 1;
     const std::uint32_t count = wave.count / frame * frame;
-    const std::uint32_t loopEnd = std::min(sample.data->loopEnd, count) / frame * frame;
-    const std::uint32_t loopStart = std::min(sample.data->loopStart, loopEnd) / frame * frame;
+    const std::uint32_t loopEnd = std::min(Load(sample.data->loopEnd), count) / frame * frame;
+    const std::uint32_t loopStart = std::min(Load(sample.data->loopStart), loopEnd) / frame * frame;
     voice.frameSize = static_cast<std::uint8_t>(frame);
     voice.start = wave.Wave();
     voice.position = voice.start + std::min(static_cast<std::uint32_t>(std::max(offset, 0)), count) / frame * frame;
     voice.end = voice.start + count;
     voice.loopStart = voice.start + loopStart;
     voice.loopEnd = voice.start + loopEnd;
-    voice.loopType = sample.data->loopType;
+    voice.loopType = Load(sample.data->loopType);
     if (voice.loopType > VTSAMPLE_LOOP_PINGPONG) voice.loopType = VTSAMPLE_LOOP_NONE;
     if (voice.loopType != VTSAMPLE_LOOP_NONE && loopStart == loopEnd) {
         voice.loopType = VTSAMPLE_LOOP_NONE;
@@ -42,7 +43,7 @@ void StartVoice(Voice& voice, const Sample& sample, const Instrument& instrument
     voice.backward = 0;
     voice.rampCount = kRampFrames;
     voice.note = note;
-    voice.baseFineTune = voice.fineTune = static_cast<std::int8_t>(sample.fineTune + instrument.fineTune);
+    voice.baseFineTune = voice.fineTune = static_cast<std::int8_t>(Load(sample.fineTune) + instrument.fineTune);
     voice.period = NoteToPeriod(note, voice.fineTune);
     voice.frequency = PeriodToFrequency(voice.period);
     voice.step = FrequencyToStep(voice.frequency, sampleRate);
@@ -51,7 +52,7 @@ void StartVoice(Voice& voice, const Sample& sample, const Instrument& instrument
 int PitchNote(const Instrument& instrument, const Sample& sample, int note) {
     const int base = instrument.fixedKey[static_cast<std::size_t>(note)] ? kFixedKeyNote : note;
     return static_cast<int>(std::clamp<std::int64_t>(
-        std::int64_t{sample.toneRel} + instrument.transpose + base, 0, kMaxPitchNote));
+        std::int64_t{Load(sample.toneRel)} + instrument.transpose + base, 0, kMaxPitchNote));
 }
 
 void SetRouting(Channel& channel, const Instrument& instrument) {
@@ -112,22 +113,11 @@ void NoteStarter::PlayNote(int instrumentNumber, int note, int offset, int volum
     if (sample && !sample->Wave()) sample = nullptr;
     if (!sample && instrument->kind != 1) return;
 
-    const int effective = !sample ? kFullVelocity : volume <= kMaxVolume ? volume : sample->volume;
-    const int notePan = (pan & 0xFF00) ? pan & 0xFF : sample ? sample->panning : kOwnPan;
-    const float cutoff = StepCutoffLfo(*instrument);
+    const int effective = !sample ? kFullVelocity : volume <= kMaxVolume ? volume : Load(sample->volume);
+    const int notePan = (pan & 0xFF00) ? pan & 0xFF : sample ? Load(sample->panning) : kOwnPan;
 
     if (!instrument->midi.enabled) midi_.SendOff(GetChannel(track), time);   // it would hang beside the new note
-    MoveOldSoundOut(track);
-    Channel& channel = GetChannel(track);         // a clean one, if the old one sounded
-    channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
-    channel.fadeOut = instrument->fadeOut;
-    channel.fadeLevel = kFullFade;
-    channel.keyOff = 0;
-    channel.newNoteAction = Load(instrument->newNoteAction);
-    channel.noteVolume = std::min<int>(effective, kMaxVolume);
-    channel.SwitchOffEnvelopes();
-    SetupNextEnvelopes(channel, *instrument, static_cast<std::uint8_t>(notePan), cutoff, instrument->resonance);
-    SetRouting(channel, *instrument);
+    Channel& channel = TakeChannel(track, instrumentNumber, notePan, std::min<int>(effective, kMaxVolume));
     if (instrument->kind == 0)
         StartVoices({*instrument, channel, *sample, note, key, velocity, offset, pan, channel.noteVolume});
     channel.instrumentMuted = Load(instrument->muted);
@@ -136,6 +126,47 @@ void NoteStarter::PlayNote(int instrumentNumber, int note, int offset, int volum
     memory.vibratoPosition = memory.vibratoNegative = 0;
     memory.tremoloPosition = memory.tremoloNegative = 0;
     memory.savedPeriod = static_cast<float>(channel.voices[0].period);
+}
+
+// The channel of a track, a clean one if its old one sounded, with all of the note but its voices.
+Channel& NoteStarter::TakeChannel(int track, int instrumentNumber, int pan, int volume) {
+    Instrument& instrument = *song_->GetInstrument(instrumentNumber);
+    const float cutoff = StepCutoffLfo(instrument);
+    MoveOldSoundOut(track);
+    Channel& channel = GetChannel(track);
+    channel.lastInstrument = channel.instrument = static_cast<std::uint8_t>(instrumentNumber);
+    channel.fadeOut = instrument.fadeOut;
+    channel.fadeLevel = kFullFade;
+    channel.keyOff = 0;
+    channel.newNoteAction = Load(instrument.newNoteAction);
+    channel.noteVolume = volume;
+    channel.SwitchOffEnvelopes();
+    SetupNextEnvelopes(channel, instrument, static_cast<std::uint8_t>(pan), cutoff, instrument.resonance);
+    SetRouting(channel, instrument);
+    return channel;
+}
+
+void NoteStarter::PlayStretch(const JamNote& stretch, int track, std::uint32_t time) {
+    const auto number = static_cast<int>(stretch.instrument);
+    const Sample* sample = song_->Find({number, stretch.sample});
+    if (!sample || !sample->Wave()) return;
+    const Instrument& instrument = *song_->GetInstrument(number);
+    midi_.SendOff(GetChannel(track), time);
+    Channel& channel = TakeChannel(track, number, Load(sample->panning), std::min<int>(Load(sample->volume), kMaxVolume));
+    channel.active = 1;
+    channel.numVoices = 1;
+    for (std::size_t k = 1; k < kMaxLayers; ++k) channel.voices[k].fadeCount = 0;
+    channel.volume = 0;
+    SetFilters(channel, instrument, mixer_.sampleRate);
+    Voice& voice = channel.voices[0];
+    const int pitch = std::clamp(kOwnRateNote + Load(sample->toneRel), 0, kMaxPitchNote);
+    StartVoice(voice, *sample, instrument, static_cast<int>(stretch.from), pitch, mixer_.sampleRate);
+    channel.noteOffset = static_cast<std::int8_t>(pitch - kOwnRateNote);
+    if (stretch.to < sample->Count()) {           // not to the end: once, and no further
+        voice.loopType = VTSAMPLE_LOOP_NONE;
+        voice.end = std::max(voice.start + stretch.to / voice.frameSize * voice.frameSize, voice.position);
+    }
+    channel.instrumentMuted = Load(instrument.muted);
 }
 
 void NoteStarter::SetupNextEnvelopes(Channel& channel, Instrument& instrument, std::uint8_t pan, float cutoff,
@@ -170,7 +201,7 @@ void NoteStarter::StartVoices(const NoteStart& start) {
         const int voice = channel.numVoices++;
         StartVoice(channel.voices[static_cast<std::size_t>(voice)], *sample, start.instrument, start.offset,
                    PitchNote(start.instrument, *sample, start.note), rate);
-        channel.SetPan(voice, static_cast<float>((start.pan & 0xFF00) ? start.pan & 0xFF : sample->panning));
+        channel.SetPan(voice, static_cast<float>((start.pan & 0xFF00) ? start.pan & 0xFF : Load(sample->panning)));
     }
 }
 

@@ -27,8 +27,20 @@ void ScopeTap::Silence(Kept& kept) {
     kept.silent = true;
 }
 
+void ScopeTap::NoteReadings(std::size_t track, const Channel& channel) {
+    active_[track] = channel.active;
+    instruments_[track] = channel.instrument;
+    for (std::size_t k = 0; k < kMaxLayers; ++k) {
+        const Voice& voice = channel.voices[k];
+        Reading& reading = readings_[track][k];
+        const bool reads = channel.active && static_cast<std::int32_t>(k) < channel.numVoices && voice.start;
+        if (reads) reading.position = static_cast<std::uint32_t>(voice.position - voice.start);
+        reading.wave = reads ? voice.start : nullptr;
+    }
+}
+
 void ScopeTap::TakeSegment(const Mixer& mixer, int offset, int frames) {
-    for (std::size_t track = 0; track < tracks_.size(); ++track) active_[track] = mixer.channels[track]->active;
+    for (std::size_t track = 0; track < tracks_.size(); ++track) NoteReadings(track, *mixer.channels[track]);
     if (segmentsWanted_ <= 0) return;
     segmentsWanted_ = segmentsWanted_ - 1;
     const Walk walk = Next(trackPoint_, static_cast<float>(mixer.sampleRate), frames);

@@ -141,8 +141,11 @@ void Sequencer::RunJamQueue() {
         }
         started.set(number);
         letGo_.reset(number);                         // of a note whose place this one takes
-        notes_.PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0,
-                        Milliseconds());
+        if (note.sample >= 0)
+            notes_.PlayStretch(note, channel, Milliseconds());
+        else
+            notes_.PlayNote(static_cast<int>(note.instrument), static_cast<int>(note.note), 0, volume, channel, 0,
+                            Milliseconds());
         Memory(channel).activeEffect = Memory(channel).volumeColumnEffect = 0;
     }
 }

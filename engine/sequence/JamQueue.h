@@ -12,6 +12,9 @@ namespace vonta {
 struct JamNote {
     std::uint32_t instrument = 0, note = 0, channel = 0;
     std::uint8_t volume = 0;                       // 255: the sample's own
+    // A stretch of one sample, at its own pitch and whatever the keys say; -1: what the note's key plays.
+    std::int32_t sample = -1;
+    std::uint32_t from = 0, to = 0;                // floats; to is exclusive
 };
 
 class JamQueue {

@@ -3,6 +3,14 @@
 #include <algorithm>
 
 namespace vonta {
+namespace {
+
+int NextJamChannel() {
+    static std::atomic<std::uint32_t> rotation{0};
+    return static_cast<int>(rotation++ % kTracks);
+}
+
+}  // namespace
 
 void Requests::Play(std::uint8_t flags) {
     PlayerCommand command;
@@ -27,14 +35,23 @@ void Requests::KillChannel(int channel) {
 }
 
 int Requests::QueueNote(int note, int instrument, int volume) {
-    static std::atomic<std::uint32_t> rotation{0};
-    return QueueNoteOn(note, instrument, static_cast<int>(rotation++ % kTracks), volume);
+    return QueueNoteOn(note, instrument, NextJamChannel(), volume);
+}
+
+int Requests::QueueStretch(int instrument, int sample, std::uint32_t from, std::uint32_t to) {
+    JamNote entry;
+    entry.instrument = static_cast<std::uint32_t>(instrument);
+    entry.channel = static_cast<std::uint32_t>(NextJamChannel());
+    entry.sample = sample;
+    entry.from = from;
+    entry.to = to;
+    return jam_.Put(entry) ? static_cast<int>(entry.channel) : 0;
 }
 
 int Requests::QueueNoteOn(int note, int instrument, int channel, int volume) {
     const JamNote entry{static_cast<std::uint32_t>(instrument), static_cast<std::uint32_t>(note),
                         static_cast<std::uint32_t>(channel),
-                        static_cast<std::uint8_t>(std::clamp(volume, 0, 255))};
+                        static_cast<std::uint8_t>(std::clamp(volume, 0, 255)), -1, 0, 0};
     return jam_.Put(entry) ? channel : 0;
 }
 

@@ -21,6 +21,7 @@ public:
     // The channel taken, or 0 when 32 notes wait. volume 255 is the sample's own.
     int QueueNote(int note, int instrument, int volume);          // the tracks by turns
     int QueueNoteOn(int note, int instrument, int channel, int volume);
+    int QueueStretch(int instrument, int sample, std::uint32_t from, std::uint32_t to);   // as SndPlayer has it
 
     void MuteInstrument(int instrument, bool on);
     void UnmuteInstruments();
