@@ -1,5 +1,6 @@
 // contact_sheet DATA OUTDIR [BITS]: paints every screen in a typical state, as the program would, and writes a PNG of each and
 // all of them on sheets. DATA holds Vonta.dat and Skins/ as the build leaves them; BITS of a pixel are 16, 24 or 32.
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -8,6 +9,7 @@
 #include <stdexcept>
 
 #include "interface/layout/QuestionLayouts.h"
+#include "interface/layout/SampleEditorLayout.h"
 #include "tests/support/InterfaceRig.h"
 #include "tools/DemoSong.h"
 #include "tools/skin/Canvas.h"
@@ -61,6 +63,57 @@ void FillDirectory(InterfaceRig& rig) {
         std::ofstream(rig.directory.Path() / name) << std::string(4096 + 977 * name.size(), '.');
 }
 
+// A tone that swells and falls, with a loop and a selection.
+void EditSample(InterfaceRig& rig, std::uint32_t frames, int channels) {
+    {
+        const MixerPause pause(rig.player);
+        Sample& sample = *rig.player.GetSong().Find({0, 0});
+        const auto values = sample.Allocate(frames * static_cast<std::uint32_t>(channels), channels);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const double part = static_cast<double>(i) / static_cast<double>(values.size());
+            const double side = i % 2 == 0 ? 1 : 0.6, turns = static_cast<double>(i) * 0.013;
+            values[i] = static_cast<float>(30000 * side * std::sin(part * 3.1416) * std::sin(turns) * std::cos(19 * part));
+        }
+        sample.data->loopType = VTSAMPLE_LOOP_FORDWARD;
+        sample.data->loopStart = sample.data->count / 3 / 2 * 2;
+        sample.data->loopEnd = sample.data->count / 4 * 3 / 2 * 2;
+        sample.selStart = static_cast<std::int32_t>(sample.data->count / 8 * 3 / 2 * 2);
+        sample.selEnd = static_cast<std::int32_t>(sample.data->count / 8 * 5 / 2 * 2);
+        sample.selActive = frames > 1;
+        sample.Validate();
+    }
+    rig.state.SelectItem(kListInstruments, 1);
+    rig.state.pending.m_nSample = 0;
+    OpenSlot(rig, kScreenSampleEditor);
+    rig.Frame();
+}
+
+void ZoomIn(InterfaceRig& rig) {
+    rig.MouseTo(270, 380);
+    for (int i = 0; i < 11; ++i) {
+        rig.input.OnWheel(1);
+        rig.Frame();
+    }
+}
+
+void EditClone(InterfaceRig& rig) {
+    EditSample(rig, 44100, 1);
+    {
+        const MixerPause pause(rig.player);
+        auto clone = std::make_unique<Sample>();
+        clone->MakeClone();
+        rig.player.GetSong().GetInstrument(0)->SetSample(1, std::move(clone), 1);
+        rig.player.GetSong().LinkSample(0, 1, 0, 0);
+    }
+    rig.state.pending.m_nSample = 1;
+}
+
+void Resample(InterfaceRig& rig) {
+    EditSample(rig, 5000000, 2);
+    rig.Click(kSampleEditorLayout, kSmpResample);
+    for (int i = 0; i < 8; ++i) rig.Frame();
+}
+
 struct Scene {
     const char* name;
     void (*set)(InterfaceRig& rig);
@@ -90,7 +143,25 @@ constexpr Scene kScenes[] = {
     {"save", [](InterfaceRig& rig) { rig.ui.Ask("", {}, {}, DialogMode::Save); }},
     {"message", [](InterfaceRig& rig) { rig.ui.Tell("night bus.vtm could not be loaded"); }},
     {"instrument", [](InterfaceRig& rig) { OpenSlot(rig, kScreenInstrumentEditor); }},
-    {"sample", [](InterfaceRig& rig) { OpenSlot(rig, kScreenSampleEditor); }},
+    {"sample", [](InterfaceRig& rig) { EditSample(rig, 44100, 1); }},
+    {"sample-playing", [](InterfaceRig& rig) {
+         EditSample(rig, 10 * 60 * 44100, 2);
+         rig.Click(kSampleEditorLayout, kSmpPlay);
+         rig.Sound(300);
+     }},
+    {"sample-zoomed", [](InterfaceRig& rig) {
+         EditSample(rig, 44100, 2);
+         ZoomIn(rig);
+     }},
+    {"sample-short", [](InterfaceRig& rig) { EditSample(rig, 300, 2); }},
+    {"sample-one-frame", [](InterfaceRig& rig) { EditSample(rig, 1, 1); }},
+    {"sample-empty", [](InterfaceRig& rig) { EditSample(rig, 0, 1); }},
+    {"sample-none", [](InterfaceRig& rig) {
+         rig.state.SelectItem(kListInstruments, 120);
+         OpenSlot(rig, kScreenSampleEditor);
+     }},
+    {"sample-clone", EditClone},
+    {"sample-resampling", Resample},
     {"mixer", [](InterfaceRig& rig) { OpenSlot(rig, kScreenMixer); }},
     {"multifx", [](InterfaceRig& rig) { OpenSlot(rig, kScreenMultiFx); }},
     {"track-editor", [](InterfaceRig& rig) { OpenSlot(rig, kScreenTrackEditor); }},

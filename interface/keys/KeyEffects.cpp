@@ -181,6 +181,7 @@ constexpr KeyEffect kEffects[] = {
     {94, 97, MoveCursor, nullptr, true},
     {98, 113, [](TrackerInterface& ui, int i) { ui.State().EnterDigit(i); }, OnDataColumn},
     {115, 118, [](TrackerInterface& ui, int i) { ui.State().SetRow(kPage * i); }},
+    {183, 189, AskSampleEditor<183>, [](TrackerInterface& ui) { return ui.IsVisible(kScreenSampleEditor); }},   // some share a key with the next
     {119, 134, [](TrackerInterface& ui, int i) { ui.State().JumpToTrack(i); }},
     {135, 135, [](TrackerInterface& ui, int) { ui.State().ClearAtCursor(true, true, true); }, InEditMode},
     {136, 136, [](TrackerInterface& ui, int) { ui.State().ClearAtCursor(false, true, true); }, InEditMode},
@@ -193,7 +194,6 @@ constexpr KeyEffect kEffects[] = {
     {151, 160, [](TrackerInterface& ui, int i) { ui.State().WriteMacro(i); }, InEditMode},
     {161, 170, ReadMacro},
     {171, 182, Transpose},
-    {183, 189, AskSampleEditor<183>, [](TrackerInterface& ui) { return ui.IsVisible(kScreenSampleEditor); }},
     {190, 192, TakeTheKey},
     {193, 194, ChangeOctave},
     {195, 195, Play<kPlayPattern | kPlayFromHere>},

@@ -103,9 +103,10 @@ void TrackerInterface::KeyRepeatTick() {
 }
 
 void TrackerInterface::OnEscape() {
+    const auto ends = [](const auto& screen) { return screen->IsVisible() && screen->OnEscape(); };
     if (state_.m_bDialogOpen) AnswerNo();
     else if (IsEditingText()) EndTextEdit();
-    else if (!CloseTopScreen()) AskToQuit();
+    else if (!std::ranges::any_of(m_screens, ends) && !CloseTopScreen()) AskToQuit();
 }
 
 void TrackerInterface::ForgetKeys() {

@@ -62,6 +62,8 @@ void TrackerInterface::PollWheel() {
     if (notches == 0) return;
     if (state_.m_bDialogOpen) return void(GetScreen(kScreenQuestion).OnWheel(notches));
 
+    for (const auto& screen : m_screens)
+        if (screen->IsVisible() && screen->OnWheelAt(input_.MouseX(), input_.MouseY(), notches)) return;
     switch (SettingsOf(state_.Settings()).wheel[WheelModifierOf(ModifierMask())]) {
     case kWheelNothing: break;
     case kWheelScroll:

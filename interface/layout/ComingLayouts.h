@@ -9,9 +9,6 @@ inline constexpr LayoutItem kInstrumentEditorItems[] = {TitleAt(8, 256, "Instrum
 inline constexpr ScreenLayout kInstrumentEditorLayout =
     {"InstrEd", 11, 12, 0, 248, 800, 352, kInstrumentEditorItems};
 
-inline constexpr LayoutItem kSampleEditorItems[] = {TitleAt(8, 256, "Sample editor")};
-inline constexpr ScreenLayout kSampleEditorLayout = {"SampleEd", 17, 18, 0, 248, 800, 352, kSampleEditorItems};
-
 inline constexpr LayoutItem kInstrumentFilterItems[] = {TitleAt(8, 256, "Instrument filter")};
 inline constexpr ScreenLayout kInstrumentFilterLayout =
     {"InstrFlt", 21, 22, 0, 248, 800, 352, kInstrumentFilterItems};

@@ -10,6 +10,7 @@
 #include "interface/layout/OptionsLayouts.h"
 #include "interface/layout/PatternLayout.h"
 #include "interface/layout/QuestionLayouts.h"
+#include "interface/layout/SampleEditorLayout.h"
 #include "interface/layout/ScopesLayout.h"
 #include "interface/layout/TextLayouts.h"
 

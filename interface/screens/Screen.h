@@ -46,7 +46,11 @@ public:
     virtual void Init() {}                      // once, before the first frame
     virtual void OnShown() {}                   // each time it comes into view, by whatever road
     virtual bool OnWheel(int notches) { (void)notches; return false; }   // up is positive; true if taken
+    // The same for what has a use for the wheel under the mouse, however the wheel is bound.
+    virtual bool OnWheelAt(int x, int y, int notches) { (void)x, (void)y, (void)notches; return false; }
     virtual bool OnAction(int action) { (void)action; return false; }    // a key action that is the screen's own; true if taken
+
+    virtual bool OnEscape() { return false; }   // true if there was something of the screen's own to end
 
     // The list of the main panel that this screen works on, if it says.
     virtual std::optional<ListKind> List() const { return {}; }

@@ -17,6 +17,7 @@
 #include "interface/screens/PatternScreen.h"
 #include "interface/screens/QuestionScreen.h"
 #include "interface/screens/RightOptionsScreen.h"
+#include "interface/screens/SampleEditorScreen.h"
 #include "interface/screens/ScopesScreen.h"
 #include "interface/screens/SongInfoScreen.h"
 #include "interface/screens/VisualScreen.h"
@@ -57,7 +58,7 @@ constexpr std::array<Row, kScreens> kRows{{
     {5, Make<ScopesScreen>},   // Scopes
     {2, Picture<kInstrumentEditorLayout>},   // Instrument editor
     {6, Make<MainScreen>},   // Main panel
-    {2, Picture<kSampleEditorLayout>},   // Sample editor
+    {2, Make<SampleEditorScreen>},   // Sample editor
     {5, Make<ChannelStatesScreen>},   // Channel states
     {4, Make<AboutScreen>},   // About
     {1, Make<ConfigScreen>},   // Config

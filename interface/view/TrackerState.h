@@ -15,6 +15,7 @@
 
 #include "app/config/Config.h"
 #include "app/config/Environment.h"
+#include "edit/Editor.h"
 #include "engine/SndPlayer.h"
 #include "formats/Loaders.h"
 
@@ -128,6 +129,7 @@ public:
 
     SndPlayer& Player() const { return player_; }
     Song& CurrentSong() const { return player_.GetSong(); }
+    Editor& Edits() { return edits_; }
     Config& Settings() const { return config_; }
     const Environment& Kept() const { return environment_; }
 
@@ -278,6 +280,7 @@ private:
     SndPlayer& player_;
     Config& config_;
     Environment& environment_;
+    Editor edits_{player_};
     Applied applied_;                            // since the last ApplyPending
     bool markedChanged_ = false;
     std::uint64_t savedFingerprint_ = 0;         // of the song as it was saved

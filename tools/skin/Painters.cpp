@@ -75,6 +75,13 @@ void PaintRecess(Canvas& canvas, const FontSet&, const LayoutItem& item, State) 
     PaintWell(canvas, item.x, item.y, item.width, item.height);
 }
 
+// Pressed it is what the program cuts a selected stretch from: the same in every column.
+void PaintView(Canvas& canvas, const FontSet& fonts, const LayoutItem& item, State state) {
+    if (state == State::Normal) return PaintRecess(canvas, fonts, item, state);
+    canvas.Gradient(item.x, item.y, item.width, item.height, Mix(kCyanDeep, kWell, 0.25), kCyanDeep);
+    canvas.Fill(item.x, item.y, item.width, 1, kCyanDark);
+}
+
 // Pressed it is what the program cuts the bar of a chosen row from.
 void PaintList(Canvas& canvas, const FontSet&, const LayoutItem& item, State state) {
     PaintWell(canvas, item.x, item.y, item.width, item.height, state == State::Pressed ? kCyanDeep : kWell);
@@ -124,7 +131,7 @@ constexpr LookRow kLooks[] = {
     {Look::Button, PaintButton},       {Look::SmallButton, PaintButton},  {Look::SmallButton1, PaintButton},
     {Look::SmallButton2, PaintButton}, {Look::SmallButton3, PaintButton}, {Look::Slider, PaintGroove},
     {Look::VSlider, PaintGroove},      {Look::Field, PaintRecess},        {Look::TextField, PaintTextField},
-    {Look::List, PaintList},           {Look::View, PaintRecess},         {Look::Label, PaintLabel},
+    {Look::List, PaintList},           {Look::View, PaintView},           {Look::Label, PaintLabel},
     {Look::Title, PaintTitle},         {Look::Group, PaintGroup},
 };
 
